@@ -1,0 +1,24 @@
+/* SPDX-License-Identifier: MIT */
+/* The numerical runtime: what the numerical entry points need of the process they run in. */
+#ifndef ZOR_RUNTIME_H
+#define ZOR_RUNTIME_H
+
+#include "ZORExport.h"
+
+/**
+ * Stops the process: writes the text and a line end to standard error, flushes every open output stream and ends the
+ * process with exit status 1. Does not return. The numerical routines use it where an argument makes the call
+ * impossible.
+ *
+ * @param text [in] zero-terminated message, such as "DGEMM FATAL ERROR".
+ */
+[[noreturn]] ZOR_EXPORT void ZORRuntimeStop(const char* text);
+
+/**
+ * Sets the floating-point exception mode of the calling thread.
+ *
+ * @param mode [in] 0: no exception traps. No other mode is defined; any other value changes nothing.
+ */
+ZOR_EXPORT void ZORRuntimeSetExceptionMode(int mode);
+
+#endif

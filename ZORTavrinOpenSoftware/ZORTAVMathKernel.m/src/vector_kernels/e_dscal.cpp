@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// x(i) := alpha·x(i). Every element is multiplied, whatever alpha is, so NaN and infinity propagate.
+#include <cstdint>
+#include <cstdlib>
+
+#include "ZORTAVVectorKernels.h"
+#include "vector_kernels/vector_kernel_table.h"
+
+void e_dscal(const int32_t* n, const double* alpha, double* x, const int32_t* incx) {
+  if (*n <= 0) {
+    return;
+  }
+  if (*incx == 1) {
+    zortav::vector_kernels().dscal(static_cast<std::size_t>(*n), *alpha, x);
+    return;
+  }
+  const std::int64_t step = std::llabs(*incx);
+  for (std::int64_t i = 0; i < *n; ++i) {
+    x[i * step] = *alpha * x[i * step];
+  }
+}
