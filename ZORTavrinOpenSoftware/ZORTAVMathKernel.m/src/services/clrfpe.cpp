@@ -1,0 +1,2 @@
+#include "ZORTAVConfiguration.h"
+void clrfpe() {}
