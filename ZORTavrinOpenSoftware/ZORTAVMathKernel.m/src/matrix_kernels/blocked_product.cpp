@@ -65,7 +65,14 @@ void run_row_block(const Pass& pass, std::ptrdiff_t block, double* p) {
 
 void run_pass(const Pass& pass, Team team) {
   const std::ptrdiff_t blocks = (pass.product.m + product_row_block - 1) / product_row_block;
-#pragma omp parallel if (team == Team::threads && blocks > 1)
+  if (team == Team::caller_alone || blocks == 1) {
+    RowBlockBuffer buffer;
+    for (std::ptrdiff_t block = 0; block < blocks; ++block) {
+      run_row_block(pass, block, buffer.data());
+    }
+    return;
+  }
+#pragma omp parallel
   {
     RowBlockBuffer buffer;
     double* const p = buffer.data();

@@ -11,6 +11,8 @@
 // the tile of elements held in registers stays large and every level forms the same sums.
 #pragma once
 
+#include <hwy/cache_control.h>
+
 #include <cstddef>
 
 #include "dispatch/kernel_unit.h"
@@ -29,6 +31,9 @@ constexpr int tile_rows = 4;
 constexpr int tile_columns = lanes == 8 ? 6 : lanes == 4 ? 3 : 2;
 // Columns of B that stay in the first-level cache while the packed rows stream past.
 constexpr int chunk_columns = 6;
+// The packed rows of the next tile are fetched while a tile is computed, each pass its share of them: left to the loads
+// themselves they would come from the second-level cache in bursts that outrun it.
+constexpr int fetched_rows = HWY_MAX(1, tile_rows* tile_columns / (chunk_columns * passes));
 
 // Stores the sums over the lanes of `rows` rows of one column: x[pass][row].
 template <int rows, class D, class V>
@@ -74,14 +79,31 @@ HWY_INLINE void store_sums(D d, const V (&x)[passes][tile_rows], double* c) {
   }
 }
 
-// One tile of C. `groups` full groups of eight depths are read from B in place; `tail`, when not null, holds the
-// last, incomplete group of each column, padded with zeros.
-template <int rows, int columns>
+// x in lane 0, zeros elsewhere.
+template <class D>
+HWY_INLINE hn::Vec<D> first_lane(D d, double x) {
+  const hn::Vec128<double> low{_mm_set_sd(x)};
+  if constexpr (lanes == 2) {
+    return low;
+  } else if constexpr (lanes == 4) {
+    return hn::ZeroExtendVector(d, low);
+  } else {
+    const hn::Half<D> half;
+    return hn::ZeroExtendVector(d, hn::ZeroExtendVector(half, low));
+  }
+}
+
+// Without this the compiler may read a value of B from memory again for every row: the loads, not the arithmetic, would
+// then set the pace.
+HWY_INLINE void keep_in_register(Vector& x) {
+  __asm__("" : "+v"(x.raw));
+}
+
+// One tile of C, starting from C or from 0. b holds, for each group of eight depths, eight values of each column.
+template <int rows, int columns, bool accumulate>
 HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p, const double* HWY_RESTRICT b,
-                            std::ptrdiff_t ldb, const double* HWY_RESTRICT tail, double beta, double* HWY_RESTRICT c,
-                            std::ptrdiff_t ldc) {
+                            const double* HWY_RESTRICT next_p, double* HWY_RESTRICT c, std::ptrdiff_t ldc) {
   const Tag d;
-  const auto first_lane = hn::FirstN(d, 1);
   Vector sum[columns][passes][tile_rows];
 #pragma GCC unroll 4
   for (int pass = 0; pass < passes; ++pass) {
@@ -90,19 +112,18 @@ HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p,
     for (int j = 0; j < columns; ++j) {
 #pragma GCC unroll 4
       for (int i = 0; i < rows; ++i) {
-        x[j][i] = hn::Zero(d);
-        if (pass == 0 && beta != 0.0) {
-          x[j][i] = hn::IfThenElseZero(first_lane, hn::Set(d, beta * c[i + j * ldc]));
-        }
+        x[j][i] = accumulate && pass == 0 ? first_lane(d, c[i + j * ldc]) : hn::Zero(d);
       }
     }
     const double* HWY_RESTRICT p_at = p + pass * lanes;
     const double* HWY_RESTRICT b_at = b + pass * lanes;
+    const double* HWY_RESTRICT fetch_at = next_p + pass * fetched_rows % tile_rows * product_run;
     for (std::ptrdiff_t group = 0; group < groups; ++group) {
       Vector bv[columns];
 #pragma GCC unroll 8
       for (int j = 0; j < columns; ++j) {
-        bv[j] = hn::LoadU(d, b_at + j * ldb);
+        bv[j] = hn::Load(d, b_at + j * product_lanes);
+        keep_in_register(bv[j]);
       }
 #pragma GCC unroll 4
       for (int i = 0; i < rows; ++i) {
@@ -112,18 +133,13 @@ HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p,
           x[j][i] = hn::MulAdd(pv, bv[j], x[j][i]);
         }
       }
-      p_at += product_lanes;
-      b_at += product_lanes;
-    }
-    if (tail != nullptr) {
-#pragma GCC unroll 8
-      for (int j = 0; j < columns; ++j) {
-        const Vector bv = hn::Load(d, tail + j * product_lanes + pass * lanes);
 #pragma GCC unroll 4
-        for (int i = 0; i < rows; ++i) {
-          x[j][i] = hn::MulAdd(hn::Load(d, p_at + i * product_run), bv, x[j][i]);
-        }
+      for (int i = 0; i < fetched_rows; ++i) {
+        hwy::Prefetch(fetch_at + i * product_run);
       }
+      fetch_at += product_lanes;
+      p_at += product_lanes;
+      b_at += columns * product_lanes;
     }
 #pragma GCC unroll 8
     for (int j = 0; j < columns; ++j) {
@@ -139,80 +155,118 @@ HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p,
   }
 }
 
-template <int columns>
-void update_tile_at(const RowBlockUpdate& task, std::ptrdiff_t row, std::ptrdiff_t j, const double* tail) {
-  const std::ptrdiff_t groups = task.depth / product_lanes;
+// A few columns of B, regrouped so that a tile reads them as one aligned stream: tile after tile, eight depths after
+// eight depths, column after column. The last group is padded with zeros.
+class Chunk {
+ public:
+  void load(const RowBlockUpdate& task, std::ptrdiff_t j0, std::ptrdiff_t columns) {
+    for (std::ptrdiff_t j = 0; j < columns; ++j) {
+      const std::ptrdiff_t tile = j / tile_columns;
+      const std::ptrdiff_t width = HWY_MIN(tile_columns, columns - tile * tile_columns);
+      load_column(task.b + (j0 + j) * task.ldb, task.depth, tile_data(tile) + (j - tile * tile_columns) * product_lanes,
+                  width * product_lanes);
+    }
+  }
+  double* tile_data(std::ptrdiff_t tile) { return values_ + tile * tile_columns * product_run; }
+
+ private:
+  static void load_column(const double* HWY_RESTRICT b, std::ptrdiff_t depth, double* HWY_RESTRICT to,
+                          std::ptrdiff_t step) {
+    const Tag d;
+    std::ptrdiff_t l = 0;
+    for (; l + product_lanes <= depth; l += product_lanes, to += step) {
+      for (int part = 0; part < passes; ++part) {
+        hn::Store(hn::LoadU(d, b + l + part * lanes), d, to + part * lanes);
+      }
+    }
+    if (l < depth) {
+      for (std::ptrdiff_t lane = 0; lane < product_lanes; ++lane) {
+        to[lane] = l + lane < depth ? b[l + lane] : 0.0;
+      }
+    }
+  }
+
+  HWY_ALIGN double values_[chunk_columns * product_run];
+};
+
+template <int rows, int columns>
+HWY_INLINE void update_tile_at(const RowBlockUpdate& task, std::ptrdiff_t row, std::ptrdiff_t j, const double* b,
+                               const double* next_p) {
+  const std::ptrdiff_t groups = (task.depth + product_lanes - 1) / product_lanes;
   const double* const p = task.p + row * product_run;
-  const double* const b = task.b + j * task.ldb;
   double* const c = task.c + row + j * task.ldc;
-  switch (task.rows - row) {
-    case 1:
-      return update_tile<1, columns>(groups, p, b, task.ldb, tail, task.beta, c, task.ldc);
-    case 2:
-      return update_tile<2, columns>(groups, p, b, task.ldb, tail, task.beta, c, task.ldc);
-    case 3:
-      return update_tile<3, columns>(groups, p, b, task.ldb, tail, task.beta, c, task.ldc);
-    default:
-      return update_tile<tile_rows, columns>(groups, p, b, task.ldb, tail, task.beta, c, task.ldc);
+  if (task.beta == 0.0) {
+    update_tile<rows, columns, false>(groups, p, b, next_p, c, task.ldc);
+  } else {
+    update_tile<rows, columns, true>(groups, p, b, next_p, c, task.ldc);
   }
 }
 
-// Brings the next chunk's columns of B and tiles of C nearer while the current chunk is computed: each row tile fetches
-// its share of their cache lines.
-class NextChunk {
- public:
-  NextChunk(const RowBlockUpdate& task, std::ptrdiff_t j0)
-      : b_(task.b + j0 * task.ldb),
-        c_(task.c + j0 * task.ldc),
-        ldb_(task.ldb),
-        ldc_(task.ldc),
-        columns_(HWY_MIN(chunk_columns, task.columns - j0)),
-        depth_(task.depth) {}
-
-  void fetch_share(std::ptrdiff_t row, std::ptrdiff_t rows) const {
-    const std::ptrdiff_t tiles = (rows + tile_rows - 1) / tile_rows;
-    const std::ptrdiff_t tile = row / tile_rows;
-    const std::ptrdiff_t first = depth_ * tile / tiles / line * line;
-    const std::ptrdiff_t end = tile + 1 == tiles ? depth_ : depth_ * (tile + 1) / tiles / line * line;
-    for (std::ptrdiff_t j = 0; j < columns_; ++j) {
-      for (std::ptrdiff_t l = first; l < end; l += line) {
-        __builtin_prefetch(b_ + l + j * ldb_, 0, to_second_level);
-      }
-      if (row % line == 0) {
-        __builtin_prefetch(c_ + row + j * ldc_, 1, to_second_level);
-      }
+// The columns of one tile, `columns` or fewer.
+template <int rows, int columns = tile_columns>
+HWY_INLINE void update_columns(const RowBlockUpdate& task, std::ptrdiff_t row, std::ptrdiff_t j, std::ptrdiff_t count,
+                               const double* b, const double* next_p) {
+  if constexpr (columns > 1) {
+    if (count < columns) {
+      return update_columns<rows, columns - 1>(task, row, j, count, b, next_p);
     }
   }
+  update_tile_at<rows, columns>(task, row, j, b, next_p);
+}
 
- private:
-  static constexpr std::ptrdiff_t line = 8;
-  static constexpr int to_second_level = 2;
-  const double* b_;
-  const double* c_;
-  std::ptrdiff_t ldb_, ldc_, columns_, depth_;
-};
+// Brings the next columns of B and the next tiles of C nearer while the current chunk is computed: each row tile
+// fetches its share of their cache lines.
+void fetch_next_chunk(const RowBlockUpdate& task, std::ptrdiff_t j0, std::ptrdiff_t row) {
+  constexpr std::ptrdiff_t line = 8;
+  const std::ptrdiff_t columns = HWY_MIN(chunk_columns, task.columns - j0);
+  // Twenty row tiles share 31 lines of a column: two lines each.
+  const std::ptrdiff_t first = row / tile_rows * 2 * line;
+  for (std::ptrdiff_t j = j0; j < j0 + columns; ++j) {
+    const double* const b = task.b + j * task.ldb;
+    for (std::ptrdiff_t l = first; l < HWY_MIN(first + 2 * line, task.depth); l += line) {
+      __builtin_prefetch(b + l, 0, 2);
+    }
+    hwy::Prefetch(task.c + row + j * task.ldc);
+  }
+}
+
+// C := beta·C for the rows of the block and `columns` columns.
+void scale_columns(const RowBlockUpdate& task, std::ptrdiff_t j0, std::ptrdiff_t columns) {
+  for (std::ptrdiff_t j = j0; j < j0 + columns; ++j) {
+    for (std::ptrdiff_t i = 0; i < task.rows; ++i) {
+      task.c[i + j * task.ldc] *= task.beta;
+    }
+  }
+}
 
 void update_row_block(const RowBlockUpdate& task) {
-  const std::ptrdiff_t rest = task.depth % product_lanes;
-  HWY_ALIGN double tail[chunk_columns * product_lanes] = {};
-  const auto tail_of = [&](std::ptrdiff_t j_in_chunk)
-                           HWY_ATTR { return rest != 0 ? tail + j_in_chunk * product_lanes : nullptr; };
+  Chunk chunk;
   for (std::ptrdiff_t j0 = 0; j0 < task.columns; j0 += chunk_columns) {
     const std::ptrdiff_t columns = HWY_MIN(chunk_columns, task.columns - j0);
-    for (std::ptrdiff_t j = 0; j < columns; ++j) {
-      for (std::ptrdiff_t l = 0; l < rest; ++l) {
-        tail[j * product_lanes + l] = task.b[(j0 + j) * task.ldb + task.depth - rest + l];
-      }
+    chunk.load(task, j0, columns);
+    if (task.beta != 0.0 && task.beta != 1.0) {
+      scale_columns(task, j0, columns);
     }
-    const NextChunk next(task, j0 + columns);
     for (std::ptrdiff_t row = 0; row < task.rows; row += tile_rows) {
-      next.fetch_share(row, task.rows);
-      std::ptrdiff_t j = 0;
-      for (; j + tile_columns <= columns; j += tile_columns) {
-        update_tile_at<tile_columns>(task, row, j0 + j, tail_of(j));
-      }
-      for (; j < columns; ++j) {
-        update_tile_at<1>(task, row, j0 + j, tail_of(j));
+      const std::ptrdiff_t next_row = row + tile_rows < task.rows ? row + tile_rows : 0;
+      fetch_next_chunk(task, j0 + columns, row);
+      for (std::ptrdiff_t j = 0; j < columns; j += tile_columns) {
+        const std::ptrdiff_t tile = j / tile_columns;
+        const double* const b = chunk.tile_data(tile);
+        const double* const next_p = task.p + (next_row + tile * passes * fetched_rows % tile_rows) * product_run;
+        switch (task.rows - row) {
+          case 1:
+            update_columns<1>(task, row, j0 + j, columns - j, b, next_p);
+            break;
+          case 2:
+            update_columns<2>(task, row, j0 + j, columns - j, b, next_p);
+            break;
+          case 3:
+            update_columns<3>(task, row, j0 + j, columns - j, b, next_p);
+            break;
+          default:
+            update_columns<tile_rows>(task, row, j0 + j, columns - j, b, next_p);
+        }
       }
     }
   }
