@@ -1,2 +1,0 @@
-#include "ZORTAVConfiguration.h"
-void clrfpe() {}
