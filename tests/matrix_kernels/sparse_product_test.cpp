@@ -70,6 +70,23 @@ TEST(SparseProduct, RowsAlmostAlikeKeepTheirOrder) {
   }
 }
 
+// The same columns in every row: for the first rows they are the row itself or above it.
+TEST(SparseProduct, RowsAlikeWithColumnsAboveThem) {
+  Random random(7);
+  for (const int highest : {3, 5, 6, 9, 16}) {
+    for (int nvec = 1; nvec <= 8; ++nvec) {
+      LowerRows a;
+      a.n = 16;
+      for (int row = 1; row <= 14; ++row) {
+        a.colidx.insert(a.colidx.end(), {1, 2, highest});
+        a.close_row(random);
+      }
+      SCOPED_TRACE(testing::Message() << "highest column " << highest << ", " << nvec << " vectors");
+      ASSERT_NO_FATAL_FAILURE(expect_product(1, a, nvec, 0, random));
+    }
+  }
+}
+
 TEST(SparseProduct, EveryShortOrder) {
   Random random(5);
   for (int n = 1; n <= 20; ++n) {
