@@ -41,7 +41,7 @@ inline void apply_panel(const Front& f, const Panel& panel) {
 bool eliminate_front(std::int64_t n, std::int64_t m, double* a, std::int64_t clear_to, PivotTest& test) {
   Panel panel;
   Front f{n, a};
-  while (m > 0) {
+  while (m > 0 && f.n >= strip_rows) {
     panel.pivots = pivots_of_next_panel(m);
     if (!eliminate_triangle(f, panel, test)) {
       // The front must be left as the steps up to the refused pivot leave it: take them one block at a time.
@@ -53,7 +53,7 @@ bool eliminate_front(std::int64_t n, std::int64_t m, double* a, std::int64_t cle
     clear_to -= done;
     m -= panel.pivots;
   }
-  return true;
+  return eliminate_blocks(f, m, clear_to, test, panel.head);
 }
 
 }  // namespace

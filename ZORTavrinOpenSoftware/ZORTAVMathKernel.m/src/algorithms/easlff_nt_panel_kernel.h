@@ -53,27 +53,36 @@ inline bool eliminate_triangle(const Front& f, Panel& panel, PivotTest& test) {
   return true;
 }
 
-// Rows first .. first+rows-1 of the panel's columns, to and from a strip of strip_rows rows a column. Rows that the
-// strip has in excess are zero.
-inline void load_strip(const Front& f, std::int64_t pivots, std::int64_t first, std::int64_t rows, double* strip) {
+// Rows row .. row+strip_rows-1 of the panel's columns, one column after the other.
+inline void load_strip(const Front& f, std::int64_t pivots, std::int64_t row, double* strip) {
   const FrontTag d;
   for (std::int64_t p = 0; p < pivots; ++p, strip += strip_rows) {
-    const double* const from = f.column(p) + first;
-    if (rows == strip_rows) {
-      hn::Store(hn::LoadU(d, from), d, strip);
-      hn::Store(hn::LoadU(d, from + lanes), d, strip + lanes);
-    } else {
-      for (std::int64_t i = 0; i < strip_rows; ++i) {
-        strip[i] = i < rows ? from[i] : 0;
-      }
-    }
+    const double* const from = f.column(p) + row;
+    hn::Store(hn::LoadU(d, from), d, strip);
+    hn::Store(hn::LoadU(d, from + lanes), d, strip + lanes);
   }
 }
 
-inline void store_strip(const Front& f, std::int64_t pivots, std::int64_t first, std::int64_t rows,
-                        const double* strip) {
+// All rows of a strip but the first `done`, back to the panel's columns.
+inline void store_strip(const Front& f, std::int64_t pivots, std::int64_t row, std::int64_t done, const double* strip) {
+  const auto bytes = static_cast<std::size_t>(strip_rows - done) * sizeof *strip;
   for (std::int64_t p = 0; p < pivots; ++p, strip += strip_rows) {
-    std::memcpy(f.column(p) + first, strip, static_cast<std::size_t>(rows) * sizeof *strip);
+    std::memcpy(f.column(p) + row + done, strip + done, bytes);
+  }
+}
+
+// Multipliers of one block, from entries that the earlier blocks have updated.
+inline void scale_block(const BlockHead& head, std::int64_t columns, const hn::Vec<FrontTag>* a, double* to) {
+  const FrontTag d;
+  const auto l1 = hn::Mul(a[0], hn::Set(d, head.r[0]));
+  hn::Store(l1, d, to);
+  if (columns >= 2) {
+    const auto l2 = hn::Mul(hn::Sub(a[1], hn::Mul(l1, hn::Set(d, head.u1))), hn::Set(d, head.r[1]));
+    hn::Store(l2, d, to + strip_rows);
+    if (columns == 3) {
+      const auto rest = hn::Sub(hn::Sub(a[2], hn::Mul(hn::Set(d, head.u2), l1)), hn::Mul(l2, hn::Set(d, head.t)));
+      hn::Store(hn::Mul(rest, hn::Set(d, head.r[2])), d, to + 2 * strip_rows);
+    }
   }
 }
 
@@ -85,38 +94,36 @@ inline void scale_strip(const Panel& panel, double* strip) {
     const BlockHead& head = panel.head[block];
     const std::int64_t columns = panel.pivots - k < block_pivots ? panel.pivots - k : block_pivots;
     double* const at = strip + k * strip_rows;
-    for (std::int64_t part = 0; part < strip_rows; part += lanes) {
-      hn::Vec<FrontTag> a[block_pivots];
+    hn::Vec<FrontTag> upper[block_pivots];
+    hn::Vec<FrontTag> lower[block_pivots];
+    for (std::int64_t q = 0; q < block_pivots; ++q) {
+      const double* const column = at + (q < columns ? q : 0) * strip_rows;
+      upper[q] = hn::Load(d, column);
+      lower[q] = hn::Load(d, column + lanes);
+    }
+    for (std::int64_t p = 0; p < k; ++p) {
+      const auto l_upper = hn::Load(d, strip + p * strip_rows);
+      const auto l_lower = hn::Load(d, strip + p * strip_rows + lanes);
       for (std::int64_t q = 0; q < block_pivots; ++q) {
-        a[q] = q < columns ? hn::Load(d, at + q * strip_rows + part) : hn::Zero(d);
-      }
-      for (std::int64_t p = 0; p < k; ++p) {
-        const auto l = hn::Load(d, strip + p * strip_rows + part);
-        for (std::int64_t q = 0; q < block_pivots; ++q) {
-          a[q] = hn::Add(hn::Mul(l, hn::Set(d, panel.before[block][p][q])), a[q]);
-        }
-      }
-      const auto l1 = hn::Mul(a[0], hn::Set(d, head.r[0]));
-      hn::Store(l1, d, at + part);
-      if (columns >= 2) {
-        const auto l2 = hn::Mul(hn::Sub(a[1], hn::Mul(l1, hn::Set(d, head.u1))), hn::Set(d, head.r[1]));
-        hn::Store(l2, d, at + strip_rows + part);
-        if (columns == 3) {
-          const auto rest = hn::Sub(hn::Sub(a[2], hn::Mul(hn::Set(d, head.u2), l1)), hn::Mul(l2, hn::Set(d, head.t)));
-          hn::Store(hn::Mul(rest, hn::Set(d, head.r[2])), d, at + 2 * strip_rows + part);
-        }
+        const auto g = hn::Set(d, panel.before[block][p][q]);
+        upper[q] = hn::Add(hn::Mul(l_upper, g), upper[q]);
+        lower[q] = hn::Add(hn::Mul(l_lower, g), lower[q]);
       }
     }
+    scale_block(head, columns, upper, at);
+    scale_block(head, columns, lower, at + lanes);
   }
 }
 
+// The strips end with the front's last row, and the last one overlaps the one before: its first rows are not stored.
+// The front must have at least strip_rows rows.
 inline void scale_rows_below(const Front& f, const Panel& panel) {
   alignas(64) double strip[panel_pivots * strip_rows];
-  for (std::int64_t i = panel.pivots; i < f.n; i += strip_rows) {
-    const std::int64_t rows = f.n - i < strip_rows ? f.n - i : strip_rows;
-    load_strip(f, panel.pivots, i, rows, strip);
+  for (std::int64_t next = panel.pivots; next < f.n; next += strip_rows) {
+    const std::int64_t row = next + strip_rows <= f.n ? next : f.n - strip_rows;
+    load_strip(f, panel.pivots, row, strip);
     scale_strip(panel, strip);
-    store_strip(f, panel.pivots, i, rows, strip);
+    store_strip(f, panel.pivots, row, next - row, strip);
   }
 }
 
