@@ -19,7 +19,10 @@ constexpr std::int64_t panel_blocks = panel_pivots / block_pivots;
 
 using FrontTag = hn::ScalableTag<double>;
 constexpr std::int64_t lanes = hn::MaxLanes(FrontTag());
-constexpr std::int64_t strip_rows = 2 * lanes;
+
+// A strip is Vectors·lanes rows of the panel's columns, held column after column.
+constexpr int panel_vectors = 2;
+constexpr std::int64_t panel_rows = panel_vectors * lanes;
 
 struct Panel {
   std::int64_t pivots;
@@ -53,35 +56,30 @@ inline bool eliminate_triangle(const Front& f, Panel& panel, PivotTest& test) {
   return true;
 }
 
-// Rows row .. row+strip_rows-1 of the panel's columns, one column after the other.
+// Loads the rows from `row` on.
+template <int Vectors>
 inline void load_strip(const Front& f, std::int64_t pivots, std::int64_t row, double* strip) {
   const FrontTag d;
-  for (std::int64_t p = 0; p < pivots; ++p, strip += strip_rows) {
+  for (std::int64_t p = 0; p < pivots; ++p) {
     const double* const from = f.column(p) + row;
-    hn::Store(hn::LoadU(d, from), d, strip);
-    hn::Store(hn::LoadU(d, from + lanes), d, strip + lanes);
-  }
-}
-
-// All rows of a strip but the first `done`, back to the panel's columns.
-inline void store_strip(const Front& f, std::int64_t pivots, std::int64_t row, std::int64_t done, const double* strip) {
-  const auto bytes = static_cast<std::size_t>(strip_rows - done) * sizeof *strip;
-  for (std::int64_t p = 0; p < pivots; ++p, strip += strip_rows) {
-    std::memcpy(f.column(p) + row + done, strip + done, bytes);
+    for (int v = 0; v < Vectors; ++v, strip += lanes) {
+      hn::Store(hn::LoadU(d, from + v * lanes), d, strip);
+    }
   }
 }
 
 // Multipliers of one block, from entries that the earlier blocks have updated.
-inline void scale_block(const BlockHead& head, std::int64_t columns, const hn::Vec<FrontTag>* a, double* to) {
+HWY_INLINE void scale_block(const BlockHead& head, std::int64_t columns, hn::Vec<FrontTag> a1, hn::Vec<FrontTag> a2,
+                            hn::Vec<FrontTag> a3, double* to) {
   const FrontTag d;
-  const auto l1 = hn::Mul(a[0], hn::Set(d, head.r[0]));
+  const auto l1 = hn::Mul(a1, hn::Set(d, head.r[0]));
   hn::Store(l1, d, to);
   if (columns >= 2) {
-    const auto l2 = hn::Mul(hn::Sub(a[1], hn::Mul(l1, hn::Set(d, head.u1))), hn::Set(d, head.r[1]));
-    hn::Store(l2, d, to + strip_rows);
+    const auto l2 = hn::Mul(hn::Sub(a2, hn::Mul(l1, hn::Set(d, head.u1))), hn::Set(d, head.r[1]));
+    hn::Store(l2, d, to + panel_rows);
     if (columns == 3) {
-      const auto rest = hn::Sub(hn::Sub(a[2], hn::Mul(hn::Set(d, head.u2), l1)), hn::Mul(l2, hn::Set(d, head.t)));
-      hn::Store(hn::Mul(rest, hn::Set(d, head.r[2])), d, to + 2 * strip_rows);
+      const auto rest = hn::Sub(hn::Sub(a3, hn::Mul(hn::Set(d, head.u2), l1)), hn::Mul(l2, hn::Set(d, head.t)));
+      hn::Store(hn::Mul(rest, hn::Set(d, head.r[2])), d, to + 2 * panel_rows);
     }
   }
 }
@@ -91,39 +89,40 @@ inline void scale_strip(const Panel& panel, double* strip) {
   const FrontTag d;
   for (std::int64_t k = 0; k < panel.pivots; k += block_pivots) {
     const std::int64_t block = k / block_pivots;
-    const BlockHead& head = panel.head[block];
     const std::int64_t columns = panel.pivots - k < block_pivots ? panel.pivots - k : block_pivots;
-    double* const at = strip + k * strip_rows;
-    hn::Vec<FrontTag> upper[block_pivots];
-    hn::Vec<FrontTag> lower[block_pivots];
+    double* const at = strip + k * panel_rows;
+    hn::Vec<FrontTag> a[block_pivots][panel_vectors];
     for (std::int64_t q = 0; q < block_pivots; ++q) {
-      const double* const column = at + (q < columns ? q : 0) * strip_rows;
-      upper[q] = hn::Load(d, column);
-      lower[q] = hn::Load(d, column + lanes);
-    }
-    for (std::int64_t p = 0; p < k; ++p) {
-      const auto l_upper = hn::Load(d, strip + p * strip_rows);
-      const auto l_lower = hn::Load(d, strip + p * strip_rows + lanes);
-      for (std::int64_t q = 0; q < block_pivots; ++q) {
-        const auto g = hn::Set(d, panel.before[block][p][q]);
-        upper[q] = hn::Add(hn::Mul(l_upper, g), upper[q]);
-        lower[q] = hn::Add(hn::Mul(l_lower, g), lower[q]);
+      for (int v = 0; v < panel_vectors; ++v) {
+        a[q][v] = hn::Load(d, at + (q < columns ? q : 0) * panel_rows + v * lanes);
       }
     }
-    scale_block(head, columns, upper, at);
-    scale_block(head, columns, lower, at + lanes);
+    for (std::int64_t p = 0; p < k; ++p) {
+      for (std::int64_t q = 0; q < block_pivots; ++q) {
+        const auto g = hn::Set(d, panel.before[block][p][q]);
+        for (int v = 0; v < panel_vectors; ++v) {
+          a[q][v] = hn::Add(hn::Mul(hn::Load(d, strip + p * panel_rows + v * lanes), g), a[q][v]);
+        }
+      }
+    }
+    for (int v = 0; v < panel_vectors; ++v) {
+      scale_block(panel.head[block], columns, a[0][v], a[1][v], a[2][v], at + v * lanes);
+    }
   }
 }
 
 // The strips end with the front's last row, and the last one overlaps the one before: its first rows are not stored.
-// The front must have at least strip_rows rows.
+// The front must have at least panel_rows rows.
 inline void scale_rows_below(const Front& f, const Panel& panel) {
-  alignas(64) double strip[panel_pivots * strip_rows];
-  for (std::int64_t next = panel.pivots; next < f.n; next += strip_rows) {
-    const std::int64_t row = next + strip_rows <= f.n ? next : f.n - strip_rows;
-    load_strip(f, panel.pivots, row, strip);
+  alignas(64) double strip[panel_pivots * panel_rows];
+  for (std::int64_t next = panel.pivots; next < f.n; next += panel_rows) {
+    const std::int64_t row = next + panel_rows <= f.n ? next : f.n - panel_rows;
+    load_strip<panel_vectors>(f, panel.pivots, row, strip);
     scale_strip(panel, strip);
-    store_strip(f, panel.pivots, row, next - row, strip);
+    const auto bytes = static_cast<std::size_t>(row + panel_rows - next) * sizeof *strip;
+    for (std::int64_t p = 0; p < panel.pivots; ++p) {
+      std::memcpy(f.column(p) + next, strip + p * panel_rows + (next - row), bytes);
+    }
   }
 }
 
