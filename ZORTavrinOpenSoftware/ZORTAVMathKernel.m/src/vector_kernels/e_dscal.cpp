@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// x(i) := alpha·x(i). Every element is multiplied, whatever alpha is, so NaN and infinity propagate.
+// x(i) := alpha·x(i), i = 1..n. Every element is multiplied, whatever alpha is, so NaN and infinity propagate.
 #include <cstdint>
 #include <cstdlib>
 
 #include "ZORTAVVectorKernels.h"
+#include "vector_kernels/strided.h"
 #include "vector_kernels/vector_kernel_table.h"
 
 void e_dscal(const int32_t* n, const double* alpha, double* x, const int32_t* incx) {
@@ -15,7 +16,7 @@ void e_dscal(const int32_t* n, const double* alpha, double* x, const int32_t* in
     return;
   }
   const std::int64_t step = std::llabs(*incx);
-  for (std::int64_t i = 0; i < *n; ++i) {
-    x[i * step] = *alpha * x[i * step];
-  }
+  zortav::for_each_index(*n, [=, factor = *alpha](std::int64_t i) {
+    zortav::set_element(x, i * step, factor * zortav::element(x, i * step));
+  });
 }

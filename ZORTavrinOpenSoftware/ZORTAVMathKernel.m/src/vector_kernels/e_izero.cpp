@@ -1,23 +1,8 @@
 // SPDX-License-Identifier: MIT
-// ix(i) := 0 for i = 1..n. A negative increment starts at position 1 + (1-n)·incx and walks backwards.
-#include <cstdint>
-#include <cstring>
-
+// ix(i) := 0, i = 1..n. Only n = 0 is guarded on the contiguous path.
 #include "ZORTAVVectorKernels.h"
+#include "vector_kernels/strided_copy.h"
 
 void e_izero(const int32_t* n, int32_t* ix, const int32_t* incx) {
-  const std::int64_t count = *n;
-  const std::int64_t step = *incx;
-  if (count == 0) {
-    return;
-  }
-  if (step == 1) {
-    // A negative count is the caller's fault here: it is not guarded.
-    std::memset(ix, 0, static_cast<std::size_t>(count) * sizeof *ix);
-    return;
-  }
-  std::int64_t at = step < 0 ? (1 - count) * step : 0;
-  for (std::int64_t i = 0; i < count; ++i, at += step) {
-    ix[at] = 0;
-  }
+  zortav::clear_vector(*n, ix, *incx);
 }

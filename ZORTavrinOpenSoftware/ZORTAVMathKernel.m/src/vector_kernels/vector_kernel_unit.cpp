@@ -2,12 +2,22 @@
 // Gathers the inner loops of the vector kernels into this level's table.
 #include "dispatch/kernel_unit.h"
 // the inner loops, each beside its routine
+#include "vector_kernels/damax_kernel.h"
+#include "vector_kernels/e_dasum_kernel.h"
+#include "vector_kernels/e_daxpy_kernel.h"
 #include "vector_kernels/e_dscal_kernel.h"
+#include "vector_kernels/e_dswap_kernel.h"
+#include "vector_kernels/e_idamax_kernel.h"
 #include "vector_kernels/vector_kernel_table.h"
 
 namespace zortav::ZORTAV_LEVEL {
 extern const VectorKernelTable vector_kernel_table;
 const VectorKernelTable vector_kernel_table{
     .dscal = dscal,
+    .daxpy = daxpy,
+    .dswap = dswap,
+    .dasum_groups = dasum_groups,
+    .max_magnitude = max_magnitude,
+    .idamax = idamax,
 };
 }  // namespace zortav::ZORTAV_LEVEL

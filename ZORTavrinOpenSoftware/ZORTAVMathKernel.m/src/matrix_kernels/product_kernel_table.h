@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// The inner loops of the matrix-matrix product at each instruction-set level, and the sizes they agree on.
+#pragma once
+
+#include <cstddef>
+
+#include "dispatch/instruction_set.h"
+
+namespace zortav {
+
+inline constexpr std::ptrdiff_t product_row_block = 80;
+inline constexpr std::ptrdiff_t product_depth_block = 248;
+inline constexpr std::ptrdiff_t product_column_block = 1024;
+inline constexpr std::ptrdiff_t product_column_block_transposed = 96;
+
+// Products are summed in eight lanes, whatever the register width: lane t takes the depths l with (l - 1) mod 8 = t.
+inline constexpr std::ptrdiff_t product_lanes = 8;
+
+// Both packing buffers hold runs of up to product_depth_block values, padded with zeros to a multiple of eight.
+inline constexpr std::ptrdiff_t product_run = product_depth_block;
+
+// C(i, j) := beta·C(i, j) + Σ P(l, i)·B(l, j) over l, for one row block and the columns of one pass.
+struct RowBlockUpdate {
+  std::ptrdiff_t rows;     // 1..80
+  std::ptrdiff_t columns;  // 1..1024
+  std::ptrdiff_t depth;    // 1..248
+  const double* p;         // packed rows: P(l, i) at (l-1) + 248·(i-1)
+  const double* b;         // B(l, j) at (l-1) + ldb·(j-1); nothing beyond l = depth is read
+  std::ptrdiff_t ldb;
+  double beta;  // 0 starts every element at exactly 0, whatever C held
+  double* c;
+  std::ptrdiff_t ldc;
+};
+
+struct ProductKernelTable {
+  // P(l, i) := alpha·A(i, l): run i gathers row i of A, `stride` apart. Runs are padded with zeros.
+  void (*pack_across)(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const double* a, std::ptrdiff_t stride,
+                      double* p);
+  // P(l, i) := alpha·A(l, i): run i is a piece of column i of A, columns `stride` apart. Runs are padded with zeros.
+  void (*pack_along)(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const double* a, std::ptrdiff_t stride,
+                     double* p);
+  void (*update_row_block)(const RowBlockUpdate& task);
+};
+
+namespace sse4 {
+extern const ProductKernelTable product_kernel_table;
+}
+namespace avx2 {
+extern const ProductKernelTable product_kernel_table;
+}
+namespace avx512 {
+extern const ProductKernelTable product_kernel_table;
+}
+
+inline const ProductKernelTable& product_kernels() noexcept {
+  static constexpr TablePerLevel<ProductKernelTable> tables{
+      {&sse4::product_kernel_table, &avx2::product_kernel_table, &avx512::product_kernel_table}};
+  return tables.active();
+}
+
+}  // namespace zortav

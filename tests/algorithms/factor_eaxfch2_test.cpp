@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+// eaxfch2 against an element-by-element oracle in the stated order of the operations, bit for bit, on whole matrices,
+// divided ranges, refused pivots at every row and rows too long for the routine's work space.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "ZORMathematics.h"
+#include "ZORTAVFactorization.h"
+#include "support/numbers.h"
+
+namespace {
+
+using zortest::Guarded;
+using zortest::Random;
+
+std::size_t place(std::size_t i, std::size_t j) {
+  return i * (i - 1) / 2 + j - 1;
+}  // indices from 1
+
+double ordered_sum(std::size_t len, double start, const std::function<double(std::size_t)>& term) {
+  std::size_t k = 1;
+  if (len >= 9) {
+    double odd = start;
+    double even = 0;
+    for (; k + 7 <= len; k += 8) {
+      for (std::size_t s = 0; s < 8; s += 2) {
+        odd += term(k + s);
+        even += term(k + s + 1);
+      }
+    }
+    start = odd + even;
+  }
+  for (; k <= len; ++k) {
+    start += term(k);
+  }
+  return start;
+}
+
+struct Outcome {
+  int32_t ierr = 0;
+  double piv = 777;  // a value that no pivot takes: stays when none is refused
+};
+
+Outcome oracle(std::vector<double>& a, std::size_t n1, std::size_t n2, double tol) {
+  const auto at = [&a](std::size_t i, std::size_t j) -> double& { return a[place(i, j)]; };
+  for (std::size_t i = n1; i <= n2; ++i) {
+    for (std::size_t j = 1; j < i; ++j) {
+      const std::size_t before = (j - 1) / 4 * 4;
+      double t = ordered_sum(before, -at(i, j), [&](std::size_t k) { return at(i, k) * at(j, k); });
+      for (std::size_t k = before + 1; k < j; ++k) {
+        t = t + at(i, k) * at(j, k);
+      }
+      at(i, j) = t / -at(j, j);
+    }
+    const double d = at(i, i) - ordered_sum(i - 1, 0, [&](std::size_t k) { return at(i, k) * at(i, k); });
+    if (tol >= d) {
+      return {static_cast<int32_t>(i), d};
+    }
+    at(i, i) = std::sqrt(d);
+  }
+  return {};
+}
+
+Outcome factor(Guarded<double>& a, std::size_t n1, std::size_t n2, double tol) {
+  Outcome got{-1, 777};
+  const int32_t unread = -5;
+  const auto first = static_cast<int32_t>(n1);
+  const auto last = static_cast<int32_t>(n2);
+  eaxfch2(&unread, &first, &last, &tol, a.data(), &got.ierr, &got.piv);
+  return got;
+}
+
+std::vector<double> positive_definite(Random& random, std::size_t n) {
+  std::vector<double> a = random.vector(n * (n + 1) / 2);
+  for (std::size_t i = 1; i <= n; ++i) {
+    a[place(i, i)] = static_cast<double>(n) * random.uniform(0.8, 1.2) + 1;
+  }
+  return a;
+}
+
+void expect_as_oracle(const std::vector<double>& matrix, std::size_t n1, std::size_t n2, double tol,
+                      std::size_t offset) {
+  std::vector<double> expected = matrix;
+  const Outcome want = oracle(expected, n1, n2, tol);
+  Guarded<double> a(matrix, offset);
+  const Outcome got = factor(a, n1, n2, tol);
+  EXPECT_EQ(want.ierr, got.ierr);
+  EXPECT_TRUE(zortest::same_bits(want.piv, got.piv)) << want.piv << " " << got.piv;
+  zortest::expect_same_bits(expected, a.values());
+  EXPECT_TRUE(a.intact());
+}
+
+TEST(Eaxfch2, GivesTheStatedBitsForEveryOrder) {
+  Random random(41);
+  for (std::size_t n = 1; n <= 70; ++n) {
+    SCOPED_TRACE(n);
+    expect_as_oracle(positive_definite(random, n), 1, n, 0, n % 4);
+  }
+  for (const std::size_t n : {std::size_t{127}, std::size_t{129}, std::size_t{203}}) {
+    SCOPED_TRACE(n);
+    expect_as_oracle(positive_definite(random, n), 1, n, 1e-6, 3);
+  }
+}
+
+// A refused row keeps its diagonal, the rows before it are done, the rows after it are as they were: the oracle's
+// whole memory is compared.
+TEST(Eaxfch2, RefusesAPivotAtEveryRowOfEveryRange) {
+  Random random(42);
+  for (const std::size_t n : {std::size_t{11}, std::size_t{19}, std::size_t{35}}) {
+    const std::vector<double> matrix = positive_definite(random, n);
+    for (std::size_t n1 = 1; n1 <= n; n1 += 3) {
+      std::vector<double> start = matrix;
+      ASSERT_EQ(oracle(start, 1, n1 - 1, 0).ierr, 0);
+      for (std::size_t bad = n1; bad <= n; ++bad) {
+        SCOPED_TRACE(testing::Message() << "n " << n << " n1 " << n1 << " bad row " << bad);
+        std::vector<double> a = start;
+        a[place(bad, bad)] = -1;
+        expect_as_oracle(a, n1, n, 0, bad % 3);
+      }
+    }
+  }
+}
+
+TEST(Eaxfch2, RangesChangeNoBit) {
+  Random random(43);
+  const std::size_t n = 45;
+  const std::vector<double> matrix = positive_definite(random, n);
+  Guarded<double> whole(matrix, 0);
+  ASSERT_EQ(factor(whole, 1, n, 0).ierr, 0);
+  for (int trial = 0; trial < 60; ++trial) {
+    Guarded<double> parts(matrix, 1);
+    for (std::size_t i = 1; i <= n;) {
+      const auto last = std::min(n, i + static_cast<std::size_t>(random.integer(0, trial % 20)));
+      ASSERT_EQ(factor(parts, i, last, 0).ierr, 0);
+      i = last + 1;
+    }
+    zortest::expect_same_bits(whole.values(), parts.values());
+  }
+}
+
+TEST(Eaxfch2, TolerancePivotsAndNumbersThatAreNone) {
+  Random random(44);
+  expect_as_oracle({4.0}, 1, 1, 4.0, 0);  // a pivot equal to the tolerance is refused
+  expect_as_oracle({4.0}, 1, 1, std::nextafter(4.0, 0.0), 0);
+  expect_as_oracle({-0.25}, 1, 1, -1, 0);  // passes, and its root is not a number
+  expect_as_oracle({zortest::nan}, 1, 1, 0, 0);
+
+  const std::vector<double> matrix = positive_definite(random, 30);
+  expect_as_oracle(matrix, 9, 8, 0, 0);  // no rows
+  for (const std::size_t i : {std::size_t{2}, std::size_t{6}, std::size_t{13}}) {
+    std::vector<double> a = matrix;
+    a[place(i, i)] = zortest::nan;  // passes and spoils the rows below
+    expect_as_oracle(a, 1, 30, 0, 0);
+    a = matrix;
+    ASSERT_EQ(oracle(a, 1, 16, 0).ierr, 0);
+    a[place(i, i)] = 0;  // a zero in the supplied rows is not tested
+    expect_as_oracle(a, 17, 30, 0, 0);
+  }
+}
+
+// The rows 5632 and 11264 are where strips of eight, then of four rows fill the work space; only the last rows are
+// factored, on supplied rows of any contents.
+TEST(Eaxfch2, RowsLongerThanTheWorkSpaceOfABlock) {
+  Random random(45);
+  const std::size_t n = 5637;
+  const std::size_t first = 5622;
+  std::vector<double> a(n * (n + 1) / 2);
+  double value = 0.25;
+  for (double& x : a) {
+    value = value > 0.9 ? value - 0.8999 : value + 0.0137;
+    x = value * 1e-3;
+  }
+  for (std::size_t i = 1; i <= n; ++i) {
+    a[place(i, i)] = i < first ? 1.5 : random.uniform(1, 2);
+  }
+  expect_as_oracle(a, first, n, 0, 1);
+}
+
+TEST(Cholesky, FactorsToWorkingPrecisionByBothNames) {
+  Random random(46);
+  const std::size_t n = 220;
+  const std::vector<double> matrix = positive_definite(random, n);
+  const auto order = static_cast<int32_t>(n);
+  const int32_t one = 1;
+  const double tol = 0;
+  for (auto* const routine : {&eaxfch, static_cast<decltype(&eaxfch)>(&Cholesky)}) {
+    Guarded<double> a(matrix, 1);
+    int32_t ierr = -1;
+    double piv = 0;
+    EXPECT_EQ(routine(&order, &one, &order, &tol, a.data(), &ierr, &piv), 0);
+    EXPECT_EQ(ierr, 0);
+    EXPECT_TRUE(a.intact());
+    for (std::size_t i = 1; i <= n; ++i) {
+      for (std::size_t j = 1; j <= i; ++j) {
+        double sum = 0;
+        double magnitude = 0;
+        for (std::size_t k = 1; k <= j; ++k) {
+          sum += a[place(i, k)] * a[place(j, k)];
+          magnitude += std::abs(a[place(i, k)] * a[place(j, k)]);
+        }
+        ASSERT_NEAR(sum, matrix[place(i, j)], static_cast<double>(n) * 0x1p-52 * magnitude);
+      }
+    }
+
+    Guarded<double> refused(matrix, 0);
+    refused[place(100, 100)] = 0;
+    EXPECT_EQ(routine(&order, &one, &order, &tol, refused.data(), &ierr, &piv), 1);
+    EXPECT_EQ(ierr, 100);
+    EXPECT_LT(piv, 0);
+    EXPECT_EQ(refused[place(100, 100)], 0);
+    EXPECT_EQ(refused[place(101, 1)], matrix[place(101, 1)]);
+    EXPECT_EQ(refused[place(99, 99)], a[place(99, 99)]);
+  }
+}
+
+}  // namespace

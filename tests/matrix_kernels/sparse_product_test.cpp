@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+// eaxmvm against the product in its documented order, bit for bit.
+#include <gtest/gtest.h>
+#include <omp.h>
+
+#include <cstdlib>
+#include <memory>
+#include <numeric>
+
+#include "matrix_kernels/sparse_matrices.h"
+
+using namespace zortest;
+
+namespace {
+
+// Old contents of y that would show in every sum.
+constexpr double poison = zortest::nan;
+
+void expect_product(int mode, const LowerRows& a, int nvec, std::size_t offset, Random& random) {
+  const std::size_t length = static_cast<std::size_t>(a.n) * static_cast<std::size_t>(nvec);
+  const std::vector<double> x = random.vector(length);
+  const std::vector<double> old(length, poison);
+  const Guarded<double> x_there(x, offset);
+  Guarded<double> y(old, 1 + offset);
+  call_eaxmvm(mode, a, nvec, x_there.data(), y.data());
+  ASSERT_TRUE(y.intact());
+  const auto expected = product_in_order(mode, a, nvec, x, old);
+  expect_same_bits(expected, y.values());
+  if (mode == 2) {
+    for (std::size_t at = 0; at < length; ++at) {
+      const bool stored = at % static_cast<std::size_t>(a.n) < static_cast<std::size_t>(a.nrows);
+      ASSERT_TRUE(stored || bits(y[at]) == bits(poison)) << "element " << at << " is not of a stored row";
+    }
+  }
+}
+
+TEST(SparseProduct, KeepsItsOrderForEveryVectorCountAndTeam) {
+  constexpr std::uint64_t seed = 11;
+  SCOPED_TRACE(testing::Message() << "seed " << seed);
+  Random random(seed);
+  for (int threads = 1; threads <= 3; ++threads) {
+    omp_set_num_threads(threads);
+    for (int nvec = 0; nvec <= 13; ++nvec) {
+      const int n = random.integer(60, 90);
+      SCOPED_TRACE(testing::Message() << threads << " threads, " << nvec << " vectors, n = " << n);
+      for (const int mode : {1, 2}) {
+        const auto offset = static_cast<std::size_t>(random.integer(0, 7));
+        ASSERT_NO_FATAL_FAILURE(expect_product(mode, scattered_rows(n, n, 14, 0, random), nvec, offset, random));
+        ASSERT_NO_FATAL_FAILURE(expect_product(mode, scattered_rows(n, n - 19, 14, 5, random), nvec, offset, random));
+        ASSERT_NO_FATAL_FAILURE(expect_product(mode, node_rows(25, 3, 4, 75, 0, random), nvec, offset, random));
+      }
+    }
+  }
+}
+
+// Rows that begin alike share work. Wherever that could change an order of additions it must not be done: columns that
+// stand twice, above the row, or in a different order in the next row.
+TEST(SparseProduct, RowsAlmostAlikeKeepTheirOrder) {
+  for (std::uint64_t seed = 1; seed <= 600; ++seed) {
+    Random random(seed);
+    const int unknowns = random.integer(2, 7);
+    const int nodes = random.integer(2, 12);
+    const int n = nodes * unknowns;
+    const int nrows = random.integer(0, 2) > 0 ? n : random.integer(1, n);
+    const auto a = node_rows(nodes, unknowns, random.integer(1, 6), nrows, random.integer(0, 12), random);
+    const int nvec = random.integer(1, 13);
+    const int mode = random.integer(0, 3) > 0 ? 1 : 2;
+    SCOPED_TRACE(testing::Message() << "seed " << seed << ", mode " << mode << ", " << nvec << " vectors");
+    ASSERT_NO_FATAL_FAILURE(expect_product(mode, a, nvec, 0, random));
+  }
+}
+
+// The same columns in every row: for the first rows they are the row itself or above it.
+TEST(SparseProduct, RowsAlikeWithColumnsAboveThem) {
+  Random random(7);
+  for (const int highest : {3, 5, 6, 9, 16}) {
+    for (int nvec = 1; nvec <= 8; ++nvec) {
+      LowerRows a;
+      a.n = 16;
+      for (int row = 1; row <= 14; ++row) {
+        a.colidx.insert(a.colidx.end(), {1, 2, highest});
+        a.close_row(random);
+      }
+      SCOPED_TRACE(testing::Message() << "highest column " << highest << ", " << nvec << " vectors");
+      ASSERT_NO_FATAL_FAILURE(expect_product(1, a, nvec, 0, random));
+    }
+  }
+}
+
+TEST(SparseProduct, EveryShortOrder) {
+  Random random(5);
+  for (int n = 1; n <= 20; ++n) {
+    for (int nrows = 0; nrows <= n; ++nrows) {
+      for (const int nvec : {1, 2, 3, 4, 5, 12}) {
+        for (const int mode : {1, 2}) {
+          SCOPED_TRACE(testing::Message() << "n " << n << ", " << nrows << " rows, " << nvec << " vectors");
+          ASSERT_NO_FATAL_FAILURE(expect_product(mode, scattered_rows(n, nrows, 6, 4, random), nvec, 0, random));
+        }
+      }
+    }
+  }
+}
+
+TEST(SparseProduct, TheEndOfARowOverwritesWhatWasAddedBefore) {
+  // Row 1 holds an entry in column 3, above it: y(3) = 0 + 2·1 is lost when row 3 ends; column 4, past the rows, keeps
+  // it.
+  LowerRows a;
+  a.n = 4;
+  a.nrows = 3;
+  a.colidx = {3, 4, 1, 2, 3};
+  a.rowptr = {0, 3, 4, 5};
+  a.values = {2.0, 4.0, 8.0, 16.0, 32.0};
+  for (const int nvec : {1, 4, 8}) {
+    std::vector<double> x;
+    std::vector<double> expected;
+    for (int v = 0; v < nvec; ++v) {
+      x.insert(x.end(), {1.0, 1.0, 1.0, 10.0});
+      expected.insert(expected.end(), {8.0 + 2.0 + 40.0, 16.0, 32.0, 4.0});
+    }
+    std::vector<double> y(x.size(), poison);
+    call_eaxmvm(1, a, nvec, x.data(), y.data());
+    expect_same_bits(expected, y);
+  }
+}
+
+TEST(SparseProduct, AsManyEntriesAsUnknownsMeanADiagonalWhateverTheMode) {
+  Random random(3);
+  for (const int n : {0, 1, 2, 7, 8, 9, 40}) {
+    const auto values = random.vector(static_cast<std::size_t>(n));
+    for (const int mode : {1, 2, 7, -1}) {
+      for (const int nvec : {-2, 0, 1, 3, 5}) {
+        const auto vectors = static_cast<std::size_t>(std::max(nvec, 1));
+        const auto x = random.vector(static_cast<std::size_t>(n) * vectors);
+        Guarded<double> y(x.size(), 1);
+        const std::int32_t count[] = {mode, n, -5, n, nvec};
+        eaxmvm(&count[0], &count[1], &count[2], &count[3], &count[4], nullptr, nullptr, values.data(), x.data(),
+               y.data());
+        for (std::size_t at = 0; at < x.size(); ++at) {
+          ASSERT_EQ(bits(y[at]), bits(values[at % static_cast<std::size_t>(n)] * x[at]));
+        }
+        ASSERT_TRUE(y.intact());
+      }
+    }
+  }
+}
+
+TEST(SparseProduct, LeavesYAloneForOtherModesAndForNoVector) {
+  Random random(4);
+  const auto a = scattered_rows(30, 30, 5, 0, random);
+  const auto x = random.vector(60);
+  for (const int mode : {0, 3, -1, 1, 2}) {
+    Guarded<double> y(60);
+    call_eaxmvm(mode, a, mode == 1 || mode == 2 ? 0 : 2, x.data(), y.data());
+    for (const double number : y.values()) {
+      ASSERT_EQ(number, -123456789.0);
+    }
+  }
+}
+
+TEST(SparseProduct, InsideAParallelRegionOfTheCaller) {
+  Random random(6);
+  const auto a = node_rows(30, 3, 5, 90, 3, random);
+  const int nvec = 13;
+  const auto x = random.vector(90 * 13);
+  const auto expected = product_in_order(1, a, nvec, x, x);
+  std::vector<std::vector<double>> y(3, std::vector<double>(x.size(), poison));
+#pragma omp parallel for num_threads(3)
+  for (int caller = 0; caller < 3; ++caller) {
+    call_eaxmvm(1, a, nvec, x.data(), y[static_cast<std::size_t>(caller)].data());
+  }
+  for (const auto& result : y) {
+    expect_same_bits(expected, result);
+  }
+}
+
+// Positions beyond 2^31: the arrays are reserved, of their pages only the stored rows' are ever touched.
+TEST(SparseProduct, PositionsPast31Bits) {
+  constexpr int n = 1 << 28;
+  constexpr int nvec = 9;
+  const std::unique_ptr<void, decltype(&std::free)> x_store(std::calloc(std::size_t{n} * nvec, sizeof(double)),
+                                                            &std::free);
+  const std::unique_ptr<void, decltype(&std::free)> y_store(std::calloc(std::size_t{n} * nvec, sizeof(double)),
+                                                            &std::free);
+  if (x_store == nullptr || y_store == nullptr) {
+    GTEST_SKIP() << "the system does not reserve the arrays";
+  }
+  auto* const x = static_cast<double*>(x_store.get());
+  auto* const y = static_cast<double*>(y_store.get());
+  Random random(8);
+  auto a = scattered_rows(40, 40, 6, 0, random);
+  const auto few = random.vector(std::size_t{40} * nvec);
+  const auto expected = product_in_order(2, a, nvec, few, few);
+  for (std::size_t at = 0; at < few.size(); ++at) {
+    x[at / 40 * n + at % 40] = few[at];
+  }
+  a.n = n;
+  call_eaxmvm(2, a, nvec, x, y);
+  for (std::size_t at = 0; at < few.size(); ++at) {
+    ASSERT_EQ(bits(y[at / 40 * n + at % 40]), bits(expected[at]));
+  }
+}
+
+}  // namespace
