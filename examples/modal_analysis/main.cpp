@@ -92,13 +92,13 @@ std::string write_files(modal::OutputFolder& folder, const Structure& structure,
   return names;
 }
 
-ModalResult solve(const Structure& structure, const Options& options) {
+ModalResult solve(const Structure& structure, const Options& options, int modes) {
   const auto start = std::chrono::steady_clock::now();
   modal::ProgressBar progress(std::cerr, isatty(fileno(stderr)) != 0, [start] {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   });
   try {
-    return modal::find_lowest_modes(structure.stiffness, structure.mass, options.modes, progress);
+    return modal::find_lowest_modes(structure.stiffness, structure.mass, modes, progress);
   } catch (const modal::PivotRefused& refused) {
     throw InputError((options.stiffness.empty() ? "the built-in model" : options.stiffness) + ": equation " +
                      std::to_string(refused.equation) + ": pivot status " + std::to_string(refused.status) +
@@ -112,8 +112,9 @@ int run(const Options& options) {
   start_library(options.threads);
   std::vector<PhaseTime> phases;
   const Structure structure = make_structure(options, phases);
-  if (options.modes > structure.stiffness.order) {
-    throw InputError("--modes " + std::to_string(options.modes) + ": there are only " +
+  const int modes = options.modes.value_or(std::min(modal::usual_modes, structure.stiffness.order));
+  if (modes > structure.stiffness.order) {
+    throw InputError("--modes " + std::to_string(modes) + ": there are only " +
                      std::to_string(structure.stiffness.order) + " unknowns");
   }
   std::optional<modal::OutputFolder> folder;
@@ -122,7 +123,7 @@ int run(const Options& options) {
   }
   print_head(structure);
 
-  const ModalResult result = solve(structure, options);
+  const ModalResult result = solve(structure, options, modes);
   phases.insert(phases.end(), result.phases.begin(), result.phases.end());
   std::string files;
   if (folder) {

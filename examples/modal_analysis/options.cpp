@@ -14,6 +14,16 @@ namespace {
 
 constexpr int most_threads = 1024;
 
+int whole_number(const std::string& option, const std::string& text, int highest) {
+  int number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [at, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || at != end || number < 1 || number > highest) {
+    throw InputError(option + " " + text + ": expected a whole number 1 .. " + std::to_string(highest));
+  }
+  return number;
+}
+
 // "16x8"
 void parse_mesh(const std::string& text, Options& options) {
   const char* const end = text.data() + text.size();
@@ -35,29 +45,28 @@ void parse_mesh(const std::string& text, Options& options) {
 Options parse_options(int argc, const char* const* argv) {
   Options options;
   std::string mesh;
+  std::string modes;
+  std::string threads;
   std::string out;
-  int threads = 0;
 
   CLI::App app(
-      "The lowest modes of free vibration of a structure, K x = lambda M x: of a built-in model, the cantilevered "
-      "tapered membrane NAFEMS FV32, or of matrices from Matrix Market files.",
+      "The lowest modes of free vibration, K x = lambda M x, of a built-in model (the cantilevered\n"
+      "tapered membrane NAFEMS FV32) or of matrices from Matrix Market files.\n",
       "modal_analysis");
   auto* mesh_option = app.add_option("--mesh", mesh, "elements of the built-in model along x across its axis [16x8]")
                           ->type_name("NXxNY");
   auto* stiffness_option =
       app.add_option("--stiffness", options.stiffness, "stiffness matrix K")->type_name("K.mtx")->excludes(mesh_option);
-  app.add_option("--mass", options.mass, "mass matrix M [identity]")->type_name("M.mtx")->needs(stiffness_option);
-  app.add_option("--modes", options.modes, "number of modes [6]")
-      ->type_name("P")
-      ->check(CLI::Range(1, std::numeric_limits<int>::max()));
-  auto* out_option =
-      app.add_option("--out", out,
-                     "folder for the modes as files: modes.vtk (ParaView) and modes.svg of the built-in model, "
-                     "modes.mtx of matrices from files [no files]")
-          ->type_name("DIR");
-  auto* threads_option = app.add_option("--threads", threads, "number of threads [OMP_NUM_THREADS, else all cores]")
-                             ->type_name("T")
-                             ->check(CLI::Range(1, most_threads));
+  auto* mass_option =
+      app.add_option("--mass", options.mass, "mass matrix M [identity]")->type_name("M.mtx")->needs(stiffness_option);
+  auto* modes_option =
+      app.add_option("--modes", modes, "number of modes [" + std::to_string(usual_modes) + "]")->type_name("P");
+  auto* out_option = app.add_option("--out", out,
+                                    "folder for the modes as files [no files]: modes.vtk (ParaView)\n"
+                                    "and modes.svg of the built-in model, modes.mtx of matrices")
+                         ->type_name("DIR");
+  auto* threads_option =
+      app.add_option("--threads", threads, "number of threads [OMP_NUM_THREADS, else all cores]")->type_name("T");
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
@@ -67,14 +76,22 @@ Options parse_options(int argc, const char* const* argv) {
   } catch (const CLI::ParseError& error) {
     throw InputError(error.what());
   }
+  for (const CLI::Option* option : {stiffness_option, mass_option, out_option}) {
+    if (option->count() > 0 && option->as<std::string>().empty()) {
+      throw InputError(option->get_name() + ": the name is empty");
+    }
+  }
   if (mesh_option->count() > 0) {
     parse_mesh(mesh, options);
   }
-  if (out_option->count() > 0) {
-    options.out = out;
+  if (modes_option->count() > 0) {
+    options.modes = whole_number("--modes", modes, std::numeric_limits<int>::max());
   }
   if (threads_option->count() > 0) {
-    options.threads = threads;
+    options.threads = whole_number("--threads", threads, most_threads);
+  }
+  if (out_option->count() > 0) {
+    options.out = out;
   }
   return options;
 }

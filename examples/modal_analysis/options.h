@@ -7,12 +7,14 @@
 
 namespace modal {
 
+inline constexpr int usual_modes = 6;  // fewer where there are fewer unknowns
+
 struct Options {
   int mesh_x = 16;  // elements of the built-in model along and across its axis
   int mesh_y = 8;
   std::string stiffness;  // path; empty for the built-in model
   std::string mass;       // path; empty for the identity
-  int modes = 6;
+  std::optional<int> modes;
   std::optional<std::string> out;
   std::optional<int> threads;
   bool help = false;  // the help has been printed, nothing else is wanted

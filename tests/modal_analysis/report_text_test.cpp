@@ -37,7 +37,7 @@ TEST(ModeTable, PublishedValuesStandWhereThereAreSome) {
   structure.published_frequency = {100.1};
   std::ostringstream out;
   modal::print_mode_table(out, structure, result);
-  EXPECT_NE(out.str().find("     1         100.00000             100.1     -0.100 %     < 1e-07\n"), std::string::npos)
+  EXPECT_NE(out.str().find("     1         100.00000            100.10     -0.100 %     < 1e-07\n"), std::string::npos)
       << out.str();
   EXPECT_NE(out.str().find("     2         200.00000                 -            -     < 1e-02\n"), std::string::npos)
       << out.str();

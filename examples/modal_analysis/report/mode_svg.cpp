@@ -23,11 +23,12 @@ using Point = std::array<double, 2>;
 // Page, in pixels.
 constexpr double margin = 36;
 constexpr double header_height = 104;
-constexpr double panel_width = 400;
+constexpr double small_panel_width = 400;
+constexpr double single_panel_width = 820;
 constexpr double panel_gap = 20;
 constexpr double panel_padding = 18;
 constexpr double caption_height = 46;
-constexpr double legend_width = 180;
+constexpr double legend_width = 220;
 constexpr std::size_t most_columns = 3;
 
 constexpr double largest_displacement = 0.1;        // as drawn, of the structure's longer measure
@@ -106,17 +107,17 @@ class Picture {
         box_.include(p);
       }
     }
-    scale_ = (panel_width - 2 * panel_padding) / box_.extent(0);
+    panel_width_ = modes() == 1 ? single_panel_width : small_panel_width;
+    scale_ = (panel_width_ - 2 * panel_padding) / box_.extent(0);
     panel_height_ = caption_height + scale_ * box_.extent(1) + panel_padding;
     columns_ = std::min(most_columns, modes());
     rows_ = (modes() + columns_ - 1) / columns_;
   }
 
   void draw() {
-    // A single panel must still leave room for the title and the legend.
-    const double columns = static_cast<double>(std::max<std::size_t>(columns_, 2));
+    const double columns = static_cast<double>(columns_);
     const double rows = static_cast<double>(rows_);
-    const double width = 2 * margin + columns * panel_width + (columns - 1) * panel_gap;
+    const double width = 2 * margin + columns * panel_width_ + (columns - 1) * panel_gap;
     const double height = margin + header_height + rows * panel_height_ + (rows - 1) * panel_gap;
     out_ << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << pixels(width) << "\" height=\"" << pixels(height)
          << "\" viewBox=\"0 0 " << pixels(width) << ' ' << pixels(height) << "\" "
@@ -125,7 +126,7 @@ class Picture {
          << "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
     draw_header(width);
     for (std::size_t k = 0; k < modes(); ++k) {
-      const double x = margin + static_cast<double>(k % columns_) * (panel_width + panel_gap);
+      const double x = margin + static_cast<double>(k % columns_) * (panel_width_ + panel_gap);
       const double y = header_height + static_cast<double>(k / columns_) * (panel_height_ + panel_gap);
       out_ << "<g transform=\"translate(" << pixels(x) << ' ' << pixels(y) << ")\">\n";
       draw_panel(k);
@@ -172,32 +173,35 @@ class Picture {
     return path;
   }
 
+  // The title's last part is a detail and goes to the second line.
   void draw_header(double width) {
+    const std::string& title = structure_.title;
+    const std::size_t comma = title.rfind(", ");
+    const std::string detail = comma == std::string::npos ? "" : title.substr(comma + 2) + ", ";
     out_ << "<text x=\"" << pixels(margin) << "\" y=\"46\" font-size=\"22\" font-weight=\"bold\">"
-         << escaped(structure_.title.substr(0, structure_.title.rfind(", "))) << "</text>\n"
-         << "<text x=\"" << pixels(margin) << "\" y=\"74\" font-size=\"14\" fill=\"#5b6875\">"
-         << (modes() == 1 ? "Lowest mode" : "Lowest " + std::to_string(modes()) + " modes") << " of free vibration, "
-         << structure_.mesh.element.size() << " elements, " << structure_.stiffness.order
-         << " unknowns. Dashed: at rest.</text>\n";
+         << escaped(title.substr(0, comma)) << "</text>\n"
+         << "<text x=\"" << pixels(margin) << "\" y=\"74\" font-size=\"14\" fill=\"#5b6875\">" << escaped(detail)
+         << structure_.stiffness.order << " unknowns. Dashed: at rest.</text>\n";
+    if (!elements_drawn()) {
+      return;
+    }
     const double left = width - margin - legend_width;
     const double step = legend_width / shades;
-    for (std::size_t s = 0; s < shades && elements_drawn(); ++s) {
-      out_ << "<rect x=\"" << pixels(left + static_cast<double>(s) * step) << "\" y=\"36\" width=\""
+    for (std::size_t s = 0; s < shades; ++s) {
+      out_ << "<rect x=\"" << pixels(left + static_cast<double>(s) * step) << "\" y=\"56\" width=\""
            << pixels(step + 0.5) << "\" height=\"12\" fill=\"" << shade_colour(s) << "\"/>\n";
     }
-    if (elements_drawn()) {
-      out_ << "<g font-size=\"12\" fill=\"#5b6875\"><text x=\"" << pixels(left) << "\" y=\"66\">0</text><text x=\""
-           << pixels(left + legend_width / 2) << "\" y=\"66\" text-anchor=\"middle\">displacement</text><text x=\""
-           << pixels(left + legend_width) << "\" y=\"66\" text-anchor=\"end\">largest</text></g>\n";
-    }
+    out_ << "<g font-size=\"12\" fill=\"#5b6875\"><text x=\"" << pixels(left)
+         << "\" y=\"86\">no displacement</text><text x=\"" << pixels(left + legend_width)
+         << "\" y=\"86\" text-anchor=\"end\">the mode's largest</text></g>\n";
   }
 
   void draw_panel(std::size_t k) {
     const Deformed shape = deformed(k);
-    out_ << "<rect width=\"" << pixels(panel_width) << "\" height=\"" << pixels(panel_height_)
+    out_ << "<rect width=\"" << pixels(panel_width_) << "\" height=\"" << pixels(panel_height_)
          << "\" rx=\"6\" fill=\"#f8f9fb\" stroke=\"#dfe4ea\"/>\n"
          << "<text x=\"" << pixels(panel_padding) << "\" y=\"30\" font-size=\"15\" font-weight=\"bold\">Mode " << k + 1
-         << "</text>\n<text x=\"" << pixels(panel_width - panel_padding)
+         << "</text>\n<text x=\"" << pixels(panel_width_ - panel_padding)
          << "\" y=\"30\" font-size=\"15\" text-anchor=\"end\">" << frequency_text(frequency(result_.eigenvalue[k]))
          << " Hz</text>\n";
     if (elements_drawn()) {
@@ -282,6 +286,7 @@ class Picture {
   double magnification_ = 1;
   Box box_;
   double scale_ = 1;
+  double panel_width_ = small_panel_width;
   double panel_height_ = 0;
   std::size_t columns_ = 1;
   std::size_t rows_ = 1;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <string>
 
 #include "report/number_text.h"
@@ -12,6 +13,13 @@ namespace {
 
 std::string right(const std::string& text, std::size_t width) {
   return std::string(text.size() < width ? width - text.size() : 0, ' ') + text;
+}
+
+// Five significant digits, as benchmarks are published.
+std::string published_text(double hertz) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%#.5g", hertz);
+  return text;
 }
 
 std::string deviation_text(double value, double published) {
@@ -44,7 +52,7 @@ void print_mode_table(std::ostream& out, const Structure& structure, const Modal
     out << right(frequency_text(hertz), 18);
     if (compare) {
       const bool known = i < published.size();
-      out << right(known ? short_text(published[i]) : "-", 18)
+      out << right(known ? published_text(published[i]) : "-", 18)
           << right(known ? deviation_text(hertz, published[i]) : "-", 13);
     }
     out << right(bound_text(result.residual[i]), 12) << '\n';
