@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "options.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <iostream>
+#include <limits>
+
+#include "structure/input_error.h"
+#include "structure/tapered_membrane.h"
+
+namespace modal {
+namespace {
+
+constexpr int most_threads = 1024;
+
+int whole_number(const std::string& option, const std::string& text, int highest) {
+  int number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [at, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || at != end || number < 1 || number > highest) {
+    throw InputError(option + " " + text + ": expected a whole number 1 .. " + std::to_string(highest));
+  }
+  return number;
+}
+
+// "16x8"
+void parse_mesh(const std::string& text, Options& options) {
+  const char* const end = text.data() + text.size();
+  const auto x = std::from_chars(text.data(), end, options.mesh_x);
+  const bool cross = x.ec == std::errc() && x.ptr != end && *x.ptr == 'x';
+  const auto y = cross ? std::from_chars(x.ptr + 1, end, options.mesh_y) : x;
+  if (!cross || y.ec != std::errc() || y.ptr != end) {
+    throw InputError("--mesh " + text + ": expected two counts, such as 16x8");
+  }
+  for (const int count : {options.mesh_x, options.mesh_y}) {
+    if (count < 1 || count > largest_mesh_count) {
+      throw InputError("--mesh " + text + ": each count must be 1 .. " + std::to_string(largest_mesh_count));
+    }
+  }
+}
+
+}  // namespace
+
+Options parse_options(int argc, const char* const* argv) {
+  Options options;
+  std::string mesh;
+  std::string modes;
+  std::string threads;
+  std::string out;
+
+  CLI::App app(
+      "The lowest modes of free vibration, K x = lambda M x, of a built-in model (the cantilevered\n"
+      "tapered membrane NAFEMS FV32) or of matrices from Matrix Market files.\n",
+      "modal_analysis");
+  auto* mesh_option = app.add_option("--mesh", mesh, "elements of the built-in model along x across its axis [16x8]")
+                          ->type_name("NXxNY");
+  auto* stiffness_option =
+      app.add_option("--stiffness", options.stiffness, "stiffness matrix K")->type_name("K.mtx")->excludes(mesh_option);
+  auto* mass_option =
+      app.add_option("--mass", options.mass, "mass matrix M [identity]")->type_name("M.mtx")->needs(stiffness_option);
+  auto* modes_option =
+      app.add_option("--modes", modes, "number of modes [" + std::to_string(usual_modes) + "]")->type_name("P");
+  auto* out_option = app.add_option("--out", out,
+                                    "folder for the modes as files [no files]: modes.vtk (ParaView)\n"
+                                    "and modes.svg of the built-in model, modes.mtx of matrices")
+                         ->type_name("DIR");
+  auto* threads_option =
+      app.add_option("--threads", threads, "number of threads [OMP_NUM_THREADS, else all cores]")->type_name("T");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << app.help();
+    options.help = true;
+    return options;
+  } catch (const CLI::ParseError& error) {
+    throw InputError(error.what());
+  }
+  for (const CLI::Option* option : {stiffness_option, mass_option, out_option}) {
+    if (option->count() > 0 && option->as<std::string>().empty()) {
+      throw InputError(option->get_name() + ": the name is empty");
+    }
+  }
+  if (mesh_option->count() > 0) {
+    parse_mesh(mesh, options);
+  }
+  if (modes_option->count() > 0) {
+    options.modes = whole_number("--modes", modes, std::numeric_limits<int>::max());
+  }
+  if (threads_option->count() > 0) {
+    options.threads = whole_number("--threads", threads, most_threads);
+  }
+  if (out_option->count() > 0) {
+    options.out = out;
+  }
+  return options;
+}
+
+}  // namespace modal

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "report/output_folder.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <system_error>
+
+#include "structure/input_error.h"
+
+namespace modal {
+namespace fs = std::filesystem;
+namespace {
+
+// The topmost missing folder on the way to `path`.
+fs::path first_missing(const fs::path& path) {
+  std::error_code ignored;
+  fs::path missing;
+  for (fs::path p = path; !p.empty() && !fs::exists(p, ignored); p = p.parent_path()) {
+    missing = p;
+  }
+  return missing;
+}
+
+}  // namespace
+
+OutputFolder::OutputFolder(const std::string& path) : path_(path) {
+  suffix_ = ".part" + std::to_string(std::random_device{}());  // two runs into one folder do not share it
+  made_ = first_missing(fs::path(path)).string();
+  std::error_code error;
+  fs::create_directories(path, error);
+  const std::string probe = (fs::path(path) / ("modes" + suffix_)).string();
+  if (!error) {
+    std::ofstream(probe).close();
+  }
+  std::error_code ignored;
+  const bool writable = !error && fs::exists(probe, ignored);
+  fs::remove(probe, ignored);
+  if (!writable) {
+    if (!made_.empty()) {
+      fs::remove(path_, ignored);
+    }
+    throw InputError(path + ": files cannot be written in this folder");
+  }
+}
+
+OutputFolder::~OutputFolder() {
+  std::error_code ignored;
+  for (const Pending& file : pending_) {
+    fs::remove(file.temporary, ignored);
+  }
+  if (made_.empty()) {
+    return;
+  }
+  // Removing a folder that holds something fails, which is what is wanted of one that has its results.
+  for (fs::path p = path_; fs::remove(p, ignored) && p.string() != made_;) {
+    p = p.parent_path();
+  }
+}
+
+void OutputFolder::write(const std::string& name, const std::function<void(std::ostream&)>& content) {
+  const fs::path folder(path_);
+  pending_.push_back({(folder / (name + suffix_)).string(), (folder / name).string()});
+  std::ofstream file(pending_.back().temporary, std::ios::binary);
+  content(file);
+  file.close();
+  if (!file) {
+    refuse(pending_.back().final);
+  }
+}
+
+void OutputFolder::publish() {
+  while (!pending_.empty()) {
+    std::error_code error;
+    fs::rename(pending_.back().temporary, pending_.back().final, error);
+    if (error) {
+      refuse(pending_.back().final);
+    }
+    pending_.pop_back();
+  }
+}
+
+void OutputFolder::refuse(const std::string& file) const {
+  throw InputError(file + ": the file cannot be written");
+}
+
+}  // namespace modal
