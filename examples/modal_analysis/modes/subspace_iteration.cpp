@@ -22,7 +22,7 @@ constexpr std::int32_t guard_vectors = 8;
 constexpr double settled_change = 1e-11;
 // Bound on the squared residual in the norm of K⁻¹, relative to θ; the eigenvalue's error is at most this over the
 // relative gap.
-constexpr double settled_defect = 1e-11;
+constexpr double settled_defect = 1e-13;
 // An ill-conditioned K leaves rounding errors above these. Their size, relative to the eigenvalue, is about
 // rounding = ε·(xᵀ·diag(K)·x / θ) / √order; what was seen on plates and on beams up to a slenderness of 1000 was one to
 // four times that in the change and ten to forty times in the defect, which the factor's errors dominate.
