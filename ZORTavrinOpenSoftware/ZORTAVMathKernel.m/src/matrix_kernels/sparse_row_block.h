@@ -44,6 +44,23 @@ HWY_INLINE bool same_ascending(const std::int32_t* a, const std::int32_t* b, con
   return true;
 }
 
+// The height of the block that starts with row i, once the first two rows are known to have fitting lengths.
+HWY_NOINLINE int compare_rows(const std::int32_t* colidx, const std::int32_t* rowptr, std::int64_t nrows,
+                              std::int64_t i, std::int64_t begin, std::int64_t count) {
+  const auto own = static_cast<std::int32_t>(i + 1);  // row i as the column indices count
+  const std::int32_t* const first = colidx + begin;
+  const std::int32_t* const second = first + count + 1;
+  const std::int32_t* const third = second + count + 2;
+  if (second[count] != own || second[count - 1] >= own) {
+    return 1;
+  }
+  if (i + 2 < nrows && rowptr[i + 3] == rowptr[i + 2] + count + 3 && third[count] == own &&
+      third[count + 1] == own + 1 && same_ascending(first, second, third, count)) {
+    return 3;
+  }
+  return same_ascending(first, second, second, count) ? 2 : 1;
+}
+
 // The height 1, 2 or 3 of the block that starts with row i (counted from 0), whose off-diagonal entries are at
 // positions begin..end-1. Row i+r of a block holds the off-diagonal columns of row i, all below row i and strictly
 // ascending, and then the columns of rows i..i+r-1 in this order. No column is then updated from two places of the
@@ -52,19 +69,10 @@ HWY_INLINE bool same_ascending(const std::int32_t* a, const std::int32_t* b, con
 HWY_INLINE int row_block_height(const std::int32_t* colidx, const std::int32_t* rowptr, std::int64_t nrows,
                                 std::int64_t i, std::int64_t begin, std::int64_t end) {
   const std::int64_t count = end - begin;
-  const auto own = static_cast<std::int32_t>(i + 1);  // row i as the column indices count
-  const std::int32_t* const first = colidx + begin;
-  const std::int32_t* const second = first + count + 1;
-  if (i + 1 >= nrows || rowptr[i + 2] != end + 1 + count + 2 || count < shortest_shared_row || second[count] != own ||
-      second[count - 1] >= own) {
+  if (i + 1 >= nrows || rowptr[i + 2] != end + 1 + count + 2 || count < shortest_shared_row) {
     return 1;
   }
-  const std::int32_t* const third = second + count + 2;
-  if (i + 2 < nrows && rowptr[i + 3] == rowptr[i + 2] + count + 3 && third[count] == own &&
-      third[count + 1] == own + 1 && same_ascending(first, second, third, count)) {
-    return 3;
-  }
-  return same_ascending(first, second, second, count) ? 2 : 1;
+  return compare_rows(colidx, rowptr, nrows, i, begin, count);
 }
 
 }  // namespace

@@ -96,7 +96,7 @@ class TiledGroup {
   HWY_INLINE Pack x(std::int64_t j) const {
     const double* const p = x_ + (j - 1);
     Pack result;
-    gather_parts<0>(result, p, p + three_n_);
+    gather_parts<0>(result, p, W > 2 ? p + three_n_ : p);
     return result;
   }
 
