@@ -3,10 +3,10 @@
 // divided ranges, refused pivots at every row and rows too long for the routine's work space.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <vector>
 
 #include "ZORMathematics.h"
@@ -22,7 +22,8 @@ std::size_t place(std::size_t i, std::size_t j) {
   return i * (i - 1) / 2 + j - 1;
 }  // indices from 1
 
-double ordered_sum(std::size_t len, double start, const std::function<double(std::size_t)>& term) {
+template <class Term>
+double ordered_sum(std::size_t len, double start, Term term) {
   std::size_t k = 1;
   if (len >= 9) {
     double odd = start;

@@ -218,7 +218,7 @@ TEST(EaslffNt, GivesTheStatedBitsAndRefusesAtEveryPosition) {
 
 TEST(EaslffNt, GivesTheStatedBitsAroundTheBlocksOfPivotsRowsAndColumns) {
   Random random(52);
-  for (const std::size_t n : {15, 16, 17, 31, 33, 47, 48, 49, 50, 51, 52, 63, 65, 66, 70, 97, 100, 131}) {
+  for (const std::size_t n : {15, 16, 17, 31, 33, 47, 48, 49, 50, 51, 52, 63, 64, 65, 66, 70, 97, 100, 131}) {
     for (std::size_t m = n % 3; m <= n; m += n < 40 ? 1 : 5) {
       SCOPED_TRACE(testing::Message() << "n " << n << " m " << m);
       expect_as_oracle(definite_case(random, n, m), m % 4, 0);
@@ -234,6 +234,19 @@ TEST(EaslffNt, GivesTheStatedBitsAroundTheBlocksOfPivotsRowsAndColumns) {
         SCOPED_TRACE(testing::Message() << "refused at " << q);
         expect_as_oracle(refused_at(good, q, q % 2 == 0 ? 6 : 34), 1, q % 2 == 0 ? 6 : 34);
       }
+    }
+  }
+}
+
+TEST(EaslffNt, GivesTheStatedBitsOnFrontsOfManyColumns) {
+  Random random(55);
+  for (const std::size_t m : {11, 12, 14, 25, 70}) {
+    for (const std::size_t trailing : {190, 191, 192, 193, 207, 400}) {
+      const std::size_t n = m + trailing;
+      SCOPED_TRACE(testing::Message() << "n " << n << " m " << m);
+      const Case good = definite_case(random, n, m);
+      expect_as_oracle(good, m % 3, 0);
+      expect_as_oracle(refused_at(good, m - trailing % 4, 6), 1, 6);
     }
   }
 }

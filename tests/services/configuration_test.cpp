@@ -19,6 +19,7 @@ namespace {
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
   std::vector<char*> p;
+  p.reserve(texts.size() + 1);
   for (std::string& text : texts) {
     p.push_back(text.data());
   }

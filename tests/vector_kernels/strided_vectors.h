@@ -37,13 +37,17 @@ inline std::vector<double> spread(Random& random, std::size_t n) {
 // Elements that lie four bytes past their own boundary.
 class OffBoundary {
  public:
-  explicit OffBoundary(const std::vector<double>& v) : n_(v.size()), bytes_(8 * v.size() + 16) {
-    std::memcpy(bytes_.data() + 4, v.data(), 8 * n_);
+  explicit OffBoundary(const std::vector<double>& v) : n_(v.size()), bytes_(sizeof(double) * v.size() + 16) {
+    for (std::size_t i = 0; i < n_; ++i) {
+      std::memcpy(data() + i, &v[i], sizeof v[i]);
+    }
   }
   double* data() { return reinterpret_cast<double*>(bytes_.data() + 4); }
-  std::vector<double> values() const {
+  std::vector<double> values() {
     std::vector<double> v(n_);
-    std::memcpy(v.data(), bytes_.data() + 4, 8 * n_);
+    for (std::size_t i = 0; i < n_; ++i) {
+      std::memcpy(&v[i], static_cast<const void*>(data() + i), sizeof v[i]);
+    }
     return v;
   }
 

@@ -11,7 +11,11 @@
 /** What the framework knows of the machine's processors. */
 class ZOR_EXPORT ZORCpuQuery {
  public:
-  /** The number of logical processors that this process may use (affinity mask and container quota honoured). */
+  /**
+   * The number of logical processors that this process may use, at least 1: those of its affinity mask, and no more
+   * than a container's processor quota pays for, rounded up. It is determined at every call. Threads: may be called
+   * from any thread; a thread that the caller has bound counts its own mask.
+   */
   static int32_t GetCores();
 };
 

@@ -1,26 +1,32 @@
 /* SPDX-License-Identifier: MIT */
+/* Level-1 kernels: operations on dense and on sparse vectors.
+ *
+ * A dense vector is its first element, a count n and an increment inc, in elements. Two kinds of routines treat the
+ * increment differently, on purpose:
+ *
+ *   paired   (e_dzero, e_izero, e_dcopy, e_icopy, e_daxpy, e_dswap): element i lies at 1 + (i-1)*inc, or, for inc < 0,
+ *            at 1 + (1-n)*inc + (i-1)*inc: the walk starts at the far end and goes back to the first element.
+ *   walking  (e_dscal, drscl, e_dasum, damax, e_idamax, e_dnrm2): element i lies at 1 + (i-1)*|inc|.
+ *
+ * Increment 0 uses the first element n times, one operation after the other. Every 32-bit increment is valid; positions
+ * are computed in 64 bits.
+ *
+ * What holds for all routines here and is not repeated below:
+ *
+ *   Shape            a dense vector spans 1 + (n-1)*|inc| elements of its array; only the n elements are touched.
+ *   Alignment        any, even off the element's own boundary; 8 bytes or better is faster.
+ *   n <= 0           nothing is touched; a value returned is 0. (e_dzero and e_izero differ.)
+ *   Bad argument     nothing is checked, nothing is printed, the process is never stopped.
+ *   Units            none; results have the units that the formula gives them.
+ *   Threads          no state, no locks: any number of threads at once on data that none of them writes.
+ *   Reproducibility  same bits at every instruction-set level, on every platform. "Fixed order": the operations and
+ *                    their order are part of the interface; products are rounded before they are added, never fused.
+ *                    "Exact": the result holds no rounding.
+ *   NaN              propagates by the arithmetic of the formula; which NaN results is not fixed. */
 #ifndef ZORTAV_VECTOR_KERNELS_H
 #define ZORTAV_VECTOR_KERNELS_H
 
-#include "ZORTAVEntryPoint.h"
-
-ZORTAV_ENTRY void e_dzero(const int32_t* n, double* x, const int32_t* incx);
-ZORTAV_ENTRY void e_izero(const int32_t* n, int32_t* ix, const int32_t* incx);
-ZORTAV_ENTRY void e_dcopy(const int32_t* n, const double* x, const int32_t* incx, double* y, const int32_t* incy);
-ZORTAV_ENTRY void e_icopy(const int32_t* n, const int32_t* ix, const int32_t* incx, int32_t* iy, const int32_t* incy);
-ZORTAV_ENTRY void e_dscal(const int32_t* n, const double* alpha, double* x, const int32_t* incx);
-ZORTAV_ENTRY void drscl(const int32_t* n, const double* sa, double* x, const int32_t* incx);
-ZORTAV_ENTRY void e_daxpy(const int32_t* n, const double* alpha, const double* x, const int32_t* incx, double* y,
-                          const int32_t* incy);
-ZORTAV_ENTRY void e_dswap(const int32_t* n, double* x, const int32_t* incx, double* y, const int32_t* incy);
-ZORTAV_ENTRY double e_dasum(const int32_t* n, const double* x, const int32_t* incx);
-ZORTAV_ENTRY double damax(const int32_t* n, const double* x, const int32_t* incx);
-ZORTAV_ENTRY int32_t e_idamax(const int32_t* n, const double* x, const int32_t* incx);
-ZORTAV_ENTRY double e_dnrm2(const int32_t* n, const double* x, const int32_t* incx);
-ZORTAV_ENTRY void e_drotg(double* a, double* b, double* c, double* s);
-ZORTAV_ENTRY void e_daxpyi(const int32_t* n, const double* alpha, const double* x, const int32_t* indx, double* y);
-ZORTAV_ENTRY double e_ddoti(const int32_t* n, const double* x, const int32_t* indx, const double* y);
-ZORTAV_ENTRY void e_dgthr(const int32_t* n, const double* y, double* x, const int32_t* indx);
-ZORTAV_ENTRY void e_dsctr(const int32_t* n, const double* x, const int32_t* indx, double* y);
+#include "ZORTAVDenseVectorKernels.h"
+#include "ZORTAVSparseVectorKernels.h"
 
 #endif

@@ -171,20 +171,22 @@ inline bool eliminate_block(const Front& f, std::int64_t k, std::int64_t clear_t
   return true;
 }
 
-// Eliminates the first m equations, one sweep over the front per block, and keeps what each block's steps keep.
-// False when a pivot was refused.
-inline bool eliminate_blocks(const Front& f, std::int64_t m, std::int64_t clear_to, PivotTest& test, BlockHead* head) {
+// Eliminates the first m equations, one sweep over the front per block. False when a pivot was refused. Where `kept` is
+// given, what each block's steps keep goes there.
+inline bool eliminate_blocks(const Front& f, std::int64_t m, std::int64_t clear_to, PivotTest& test, BlockHead* kept) {
+  BlockHead own;
   std::int64_t k = 0;
   for (; m - k >= block_pivots; k += block_pivots) {
-    if (!eliminate_block<3>(f, k, clear_to, test, *head++)) {
+    if (!eliminate_block<3>(f, k, clear_to, test, kept != nullptr ? kept[k / block_pivots] : own)) {
       return false;
     }
   }
+  BlockHead& head = kept != nullptr ? kept[k / block_pivots] : own;
   switch (m - k) {
     case 2:
-      return eliminate_block<2>(f, k, clear_to, test, *head);
+      return eliminate_block<2>(f, k, clear_to, test, head);
     case 1:
-      return eliminate_block<1>(f, k, clear_to, test, *head);
+      return eliminate_block<1>(f, k, clear_to, test, head);
     default:
       return true;
   }

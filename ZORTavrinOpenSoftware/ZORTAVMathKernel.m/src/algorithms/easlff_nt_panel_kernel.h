@@ -19,7 +19,10 @@ constexpr std::int64_t panel_blocks = panel_pivots / block_pivots;
 
 using FrontTag = hn::ScalableTag<double>;
 constexpr std::int64_t lanes = hn::MaxLanes(FrontTag());
-constexpr std::int64_t strip_rows = 2 * lanes;
+
+// A strip is Vectors·lanes rows of the panel's columns, held column after column.
+constexpr int panel_vectors = 2;
+constexpr std::int64_t panel_rows = panel_vectors * lanes;
 
 struct Panel {
   std::int64_t pivots;
@@ -53,27 +56,31 @@ inline bool eliminate_triangle(const Front& f, Panel& panel, PivotTest& test) {
   return true;
 }
 
-// Rows first .. first+rows-1 of the panel's columns, to and from a strip of strip_rows rows a column. Rows that the
-// strip has in excess are zero.
-inline void load_strip(const Front& f, std::int64_t pivots, std::int64_t first, std::int64_t rows, double* strip) {
+// Loads the rows from `row` on.
+template <int Vectors>
+inline void load_strip(const Front& f, std::int64_t pivots, std::int64_t row, double* strip) {
   const FrontTag d;
-  for (std::int64_t p = 0; p < pivots; ++p, strip += strip_rows) {
-    const double* const from = f.column(p) + first;
-    if (rows == strip_rows) {
-      hn::Store(hn::LoadU(d, from), d, strip);
-      hn::Store(hn::LoadU(d, from + lanes), d, strip + lanes);
-    } else {
-      for (std::int64_t i = 0; i < strip_rows; ++i) {
-        strip[i] = i < rows ? from[i] : 0;
-      }
+  for (std::int64_t p = 0; p < pivots; ++p) {
+    const double* const from = f.column(p) + row;
+    for (int v = 0; v < Vectors; ++v, strip += lanes) {
+      hn::Store(hn::LoadU(d, from + v * lanes), d, strip);
     }
   }
 }
 
-inline void store_strip(const Front& f, std::int64_t pivots, std::int64_t first, std::int64_t rows,
-                        const double* strip) {
-  for (std::int64_t p = 0; p < pivots; ++p, strip += strip_rows) {
-    std::memcpy(f.column(p) + first, strip, static_cast<std::size_t>(rows) * sizeof *strip);
+// Multipliers of one block, from entries that the earlier blocks have updated.
+HWY_INLINE void scale_block(const BlockHead& head, std::int64_t columns, hn::Vec<FrontTag> a1, hn::Vec<FrontTag> a2,
+                            hn::Vec<FrontTag> a3, double* to) {
+  const FrontTag d;
+  const auto l1 = hn::Mul(a1, hn::Set(d, head.r[0]));
+  hn::Store(l1, d, to);
+  if (columns >= 2) {
+    const auto l2 = hn::Mul(hn::Sub(a2, hn::Mul(l1, hn::Set(d, head.u1))), hn::Set(d, head.r[1]));
+    hn::Store(l2, d, to + panel_rows);
+    if (columns == 3) {
+      const auto rest = hn::Sub(hn::Sub(a3, hn::Mul(hn::Set(d, head.u2), l1)), hn::Mul(l2, hn::Set(d, head.t)));
+      hn::Store(hn::Mul(rest, hn::Set(d, head.r[2])), d, to + 2 * panel_rows);
+    }
   }
 }
 
@@ -82,41 +89,40 @@ inline void scale_strip(const Panel& panel, double* strip) {
   const FrontTag d;
   for (std::int64_t k = 0; k < panel.pivots; k += block_pivots) {
     const std::int64_t block = k / block_pivots;
-    const BlockHead& head = panel.head[block];
     const std::int64_t columns = panel.pivots - k < block_pivots ? panel.pivots - k : block_pivots;
-    double* const at = strip + k * strip_rows;
-    for (std::int64_t part = 0; part < strip_rows; part += lanes) {
-      hn::Vec<FrontTag> a[block_pivots];
+    double* const at = strip + k * panel_rows;
+    hn::Vec<FrontTag> a[block_pivots][panel_vectors];
+    for (std::int64_t q = 0; q < block_pivots; ++q) {
+      for (int v = 0; v < panel_vectors; ++v) {
+        a[q][v] = hn::Load(d, at + (q < columns ? q : 0) * panel_rows + v * lanes);
+      }
+    }
+    for (std::int64_t p = 0; p < k; ++p) {
       for (std::int64_t q = 0; q < block_pivots; ++q) {
-        a[q] = q < columns ? hn::Load(d, at + q * strip_rows + part) : hn::Zero(d);
-      }
-      for (std::int64_t p = 0; p < k; ++p) {
-        const auto l = hn::Load(d, strip + p * strip_rows + part);
-        for (std::int64_t q = 0; q < block_pivots; ++q) {
-          a[q] = hn::Add(hn::Mul(l, hn::Set(d, panel.before[block][p][q])), a[q]);
+        const auto g = hn::Set(d, panel.before[block][p][q]);
+        for (int v = 0; v < panel_vectors; ++v) {
+          a[q][v] = hn::Add(hn::Mul(hn::Load(d, strip + p * panel_rows + v * lanes), g), a[q][v]);
         }
       }
-      const auto l1 = hn::Mul(a[0], hn::Set(d, head.r[0]));
-      hn::Store(l1, d, at + part);
-      if (columns >= 2) {
-        const auto l2 = hn::Mul(hn::Sub(a[1], hn::Mul(l1, hn::Set(d, head.u1))), hn::Set(d, head.r[1]));
-        hn::Store(l2, d, at + strip_rows + part);
-        if (columns == 3) {
-          const auto rest = hn::Sub(hn::Sub(a[2], hn::Mul(hn::Set(d, head.u2), l1)), hn::Mul(l2, hn::Set(d, head.t)));
-          hn::Store(hn::Mul(rest, hn::Set(d, head.r[2])), d, at + 2 * strip_rows + part);
-        }
-      }
+    }
+    for (int v = 0; v < panel_vectors; ++v) {
+      scale_block(panel.head[block], columns, a[0][v], a[1][v], a[2][v], at + v * lanes);
     }
   }
 }
 
+// The strips end with the front's last row, and the last one overlaps the one before: its first rows are not stored.
+// The front must have at least panel_rows rows.
 inline void scale_rows_below(const Front& f, const Panel& panel) {
-  alignas(64) double strip[panel_pivots * strip_rows];
-  for (std::int64_t i = panel.pivots; i < f.n; i += strip_rows) {
-    const std::int64_t rows = f.n - i < strip_rows ? f.n - i : strip_rows;
-    load_strip(f, panel.pivots, i, rows, strip);
+  alignas(64) double strip[panel_pivots * panel_rows];
+  for (std::int64_t next = panel.pivots; next < f.n; next += panel_rows) {
+    const std::int64_t row = next + panel_rows <= f.n ? next : f.n - panel_rows;
+    load_strip<panel_vectors>(f, panel.pivots, row, strip);
     scale_strip(panel, strip);
-    store_strip(f, panel.pivots, i, rows, strip);
+    const auto bytes = static_cast<std::size_t>(row + panel_rows - next) * sizeof *strip;
+    for (std::int64_t p = 0; p < panel.pivots; ++p) {
+      std::memcpy(f.column(p) + next, strip + p * panel_rows + (next - row), bytes);
+    }
   }
 }
 

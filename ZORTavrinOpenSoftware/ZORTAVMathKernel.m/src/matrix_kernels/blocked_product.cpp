@@ -63,15 +63,20 @@ void run_row_block(const Pass& pass, std::ptrdiff_t block, double* p) {
                                  .ldc = x.ldc});
 }
 
-void run_pass(const Pass& pass, Team team) {
-  const std::ptrdiff_t blocks = (pass.product.m + product_row_block - 1) / product_row_block;
-  if (team == Team::caller_alone || blocks == 1) {
-    RowBlockBuffer buffer;
-    for (std::ptrdiff_t block = 0; block < blocks; ++block) {
-      run_row_block(pass, block, buffer.data());
-    }
-    return;
+std::ptrdiff_t row_blocks(const Pass& pass) {
+  return (pass.product.m + product_row_block - 1) / product_row_block;
+}
+
+// The two ways to run a pass stay two frames, so that a thread never carries two row-block buffers.
+[[gnu::noinline]] void run_pass_alone(const Pass& pass) {
+  RowBlockBuffer buffer;
+  for (std::ptrdiff_t block = 0; block < row_blocks(pass); ++block) {
+    run_row_block(pass, block, buffer.data());
   }
+}
+
+[[gnu::noinline]] void run_pass_on_team(const Pass& pass) {
+  const std::ptrdiff_t blocks = row_blocks(pass);
 #pragma omp parallel
   {
     RowBlockBuffer buffer;
@@ -80,6 +85,14 @@ void run_pass(const Pass& pass, Team team) {
     for (std::ptrdiff_t block = 0; block < blocks; ++block) {
       run_row_block(pass, block, p);
     }
+  }
+}
+
+void run_pass(const Pass& pass, Team team) {
+  if (team == Team::caller_alone || row_blocks(pass) == 1) {
+    run_pass_alone(pass);
+  } else {
+    run_pass_on_team(pass);
   }
 }
 

@@ -14,7 +14,6 @@
 namespace zortav {
 namespace {
 
-constexpr std::int32_t multi_threaded = 2;
 constexpr std::int32_t unit_increment = 1;
 
 bool is_plain(char option) {
@@ -27,6 +26,9 @@ bool is_transposed(char option) {
 // Calls per_run(count, first element) for C as one run when its columns are adjacent, else for each column.
 template <class PerRun>
 void for_each_run(std::int32_t m, std::int32_t n, double* c, std::int32_t ldc, PerRun&& per_run) {
+  if (m < 1 || n < 1) {
+    return;  // the delegated route checks nothing before it comes here
+  }
   const std::int64_t all = static_cast<std::int64_t>(m) * n;
   if (m == ldc && all <= INT32_MAX) {
     per_run(static_cast<std::int32_t>(all), c);
@@ -42,11 +44,7 @@ void scale(std::int32_t m, std::int32_t n, double factor, double* c, std::int32_
 }
 
 void clear(std::int32_t m, std::int32_t n, double* c, std::int32_t ldc) {
-  for_each_run(m, n, c, ldc, [&](std::int32_t count, double* x) {
-    if (count > 0) {
-      e_dzero(&count, x, &unit_increment);
-    }
-  });
+  for_each_run(m, n, c, ldc, [&](std::int32_t count, double* x) { e_dzero(&count, x, &unit_increment); });
 }
 
 }  // namespace
@@ -59,7 +57,7 @@ void eagemm(const char* transa, const char* transb, const int32_t* m, const int3
   const bool plain_a = is_plain(*transa);
   const bool plain_b = is_plain(*transb);
 
-  if (threading_mode() != multi_threaded && plain_a && plain_b) {
+  if (threading_mode() != multi_threaded_mode && plain_a && plain_b) {
     const bool keeps = *beta == 1.0;
     const bool clears = *beta == 0.0;
     const bool negative = *alpha == -1.0;

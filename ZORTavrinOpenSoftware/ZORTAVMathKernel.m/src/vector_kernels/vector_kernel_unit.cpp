@@ -11,7 +11,6 @@
 #include "vector_kernels/vector_kernel_table.h"
 
 namespace zortav::ZORTAV_LEVEL {
-extern const VectorKernelTable vector_kernel_table;
 const VectorKernelTable vector_kernel_table{
     .dscal = dscal,
     .daxpy = daxpy,

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// The lowest eigenpairs of K·x = λ·M·x, K positive definite, by iterating a block of vectors.
+//
+// One iteration: Z = K⁻¹·M·X, then the Ritz pairs of the pencil in the span of Z (Bathe and Wilson, "Large eigenvalue
+// problems in dynamic analysis", J. Eng. Mech. Div. ASCE 98, 1972). The error of eigenvalue i falls by the factor
+// (λ_i / λ_{q+1})² in each, q the number of vectors.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "factorization/multifrontal_factor.h"
+#include "structure/symmetric_matrix.h"
+
+namespace modal {
+
+// Vectors for so many modes: enough for a fair rate, and whole groups of four for the sparse product; at most order.
+std::int32_t block_size(std::int32_t modes, std::int32_t order);
+
+class SubspaceIteration {
+ public:
+  // Told after each iteration how far the convergence has come, 0 .. 1.
+  using Report = std::function<void(double share)>;
+
+  // The matrices and the factor of K must outlive the iteration. The block starts pseudo-random, the same in every run;
+  // a block of as many vectors as unknowns starts from the unit vectors.
+  SubspaceIteration(const SymmetricMatrix& k, const SymmetricMatrix& m, const MultifrontalFactor& factor,
+                    std::int32_t block);
+
+  // Starts from given vectors instead: order × block.
+  void start_from(std::vector<double> x);
+
+  // Adds pseudo-random vectors to the block.
+  void widen(std::int32_t block);
+
+  // Until the lowest `wanted` pairs and those in one cluster with the last of them have converged. Throws NotConverged.
+  void run(std::int32_t wanted, const Report& report);
+
+  std::int32_t block() const { return block_; }
+  int iterations() const { return iterations_; }
+  // Pairs converged in the last run: at least those wanted.
+  std::int32_t converged() const { return converged_; }
+  // The block holds every eigenvalue that the pencil has.
+  bool complete() const;
+  const std::vector<double>& ritz_values() const { return value_; }
+  // The Ritz vectors, order × ritz_values().size().
+  const std::vector<double>& ritz_vectors() const { return x_; }
+
+ private:
+  void iterate();
+  void fill_up();
+  std::int32_t end_of_cluster(std::int32_t wanted) const;
+
+  const SymmetricMatrix& k_;
+  const SymmetricMatrix& m_;
+  const MultifrontalFactor& factor_;
+  std::int32_t block_;
+  bool unit_start_ = false;
+  std::uint64_t random_state_;
+  int iterations_ = 0;
+  std::int32_t converged_ = 0;
+  int full_for_ = 0;        // iterations in a row that found the same rank below the block's size
+  std::vector<double> x_;   // order × block
+  std::vector<double> mx_;  // M·x
+  std::vector<double> z_;
+  std::vector<double> value_;   // Ritz values
+  std::vector<double> change_;  // their relative changes in the last iteration
+  std::vector<double> defect_;  // ‖K·x − θ·M·x‖² / θ in the norm of K⁻¹, before the last iteration
+};
+
+}  // namespace modal
