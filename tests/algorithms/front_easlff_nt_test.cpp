@@ -218,14 +218,15 @@ TEST(EaslffNt, GivesTheStatedBitsAndRefusesAtEveryPosition) {
 
 TEST(EaslffNt, GivesTheStatedBitsAroundTheBlocksOfPivotsRowsAndColumns) {
   Random random(52);
-  for (const std::size_t n : {15, 16, 17, 31, 33, 47, 48, 49, 50, 51, 52, 63, 64, 65, 66, 70, 97, 100, 131}) {
+  for (const std::size_t n :
+       std::vector<std::size_t>{15, 16, 17, 31, 33, 47, 48, 49, 50, 51, 52, 63, 64, 65, 66, 70, 97, 100, 131}) {
     for (std::size_t m = n % 3; m <= n; m += n < 40 ? 1 : 5) {
       SCOPED_TRACE(testing::Message() << "n " << n << " m " << m);
       expect_as_oracle(definite_case(random, n, m), m % 4, 0);
     }
   }
-  for (const std::size_t m : {46, 47, 48, 49, 50, 51, 96, 97, 98, 101}) {
-    for (const std::size_t more : {0, 1, 2, 70, 71}) {
+  for (const std::size_t m : std::vector<std::size_t>{46, 47, 48, 49, 50, 51, 96, 97, 98, 101}) {
+    for (const std::size_t more : std::vector<std::size_t>{0, 1, 2, 70, 71}) {
       const std::size_t n = m + more;
       SCOPED_TRACE(testing::Message() << "n " << n << " m " << m);
       const Case good = definite_case(random, n, m);
@@ -240,8 +241,8 @@ TEST(EaslffNt, GivesTheStatedBitsAroundTheBlocksOfPivotsRowsAndColumns) {
 
 TEST(EaslffNt, GivesTheStatedBitsOnFrontsOfManyColumns) {
   Random random(55);
-  for (const std::size_t m : {11, 12, 14, 25, 70}) {
-    for (const std::size_t trailing : {190, 191, 192, 193, 207, 400}) {
+  for (const std::size_t m : std::vector<std::size_t>{11, 12, 14, 25, 70}) {
+    for (const std::size_t trailing : std::vector<std::size_t>{190, 191, 192, 193, 207, 400}) {
       const std::size_t n = m + trailing;
       SCOPED_TRACE(testing::Message() << "n " << n << " m " << m);
       const Case good = definite_case(random, n, m);

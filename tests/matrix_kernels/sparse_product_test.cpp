@@ -70,19 +70,25 @@ TEST(SparseProduct, RowsAlmostAlikeKeepTheirOrder) {
   }
 }
 
-// The same columns in every row: for the first rows they are the row itself or above it.
+// Nodes of two and three rows that link to the same columns, of which the last is the node's own or above it.
 TEST(SparseProduct, RowsAlikeWithColumnsAboveThem) {
   Random random(7);
-  for (const int highest : {3, 5, 6, 9, 16}) {
-    for (int nvec = 1; nvec <= 8; ++nvec) {
-      LowerRows a;
-      a.n = 16;
-      for (int row = 1; row <= 14; ++row) {
-        a.colidx.insert(a.colidx.end(), {1, 2, highest});
-        a.close_row(random);
+  for (const int unknowns : {2, 3}) {
+    for (int highest = 3; highest <= 12; ++highest) {
+      for (int nvec = 1; nvec <= 8; ++nvec) {
+        LowerRows a;
+        a.n = 16;
+        for (int row = 1; row <= 12; ++row) {
+          const int first_of_node = row - (row - 1) % unknowns;
+          a.colidx.insert(a.colidx.end(), {1, 2, highest});
+          for (int own = first_of_node; own < row; ++own) {
+            a.colidx.push_back(own);
+          }
+          a.close_row(random);
+        }
+        SCOPED_TRACE(testing::Message() << "highest column " << highest << ", " << nvec << " vectors");
+        ASSERT_NO_FATAL_FAILURE(expect_product(1, a, nvec, 0, random));
       }
-      SCOPED_TRACE(testing::Message() << "highest column " << highest << ", " << nvec << " vectors");
-      ASSERT_NO_FATAL_FAILURE(expect_product(1, a, nvec, 0, random));
     }
   }
 }

@@ -186,8 +186,9 @@ class FrontWalk {
 
 }  // namespace
 
-PivotRule positive_definite_rule() {
-  return {std::numeric_limits<double>::min(), 1e-12, 2.0};
+PivotRule positive_definite_rule(std::int32_t order) {
+  const double rounding = 2.0 * order * std::numeric_limits<double>::epsilon();
+  return {std::numeric_limits<double>::min(), std::max(rounding, 1e-13), 2.0};
 }
 
 PivotRule indefinite_rule() {

@@ -16,8 +16,8 @@ struct EigenvalueCount {
   std::int32_t below;  // eigenvalues below it
 };
 
-// Counts below a σ between low and high, near low (high infinite: above low). Where σ happens on a number at which the
-// elimination without pivoting for size breaks down, others in the gap are tried; throws PivotRefused when all fail.
+// Counts below a σ between low and high, near low (low = 0: below 0; high infinite: above low). Where the elimination,
+// which does not pivot for size, breaks down at some σ, others in the gap are tried; throws PivotRefused when all fail.
 // The tree must cover the patterns of both matrices.
 EigenvalueCount count_eigenvalues(const SymmetricMatrix& k, const SymmetricMatrix& m, const AssemblyTree& tree,
                                   double low, double high);

@@ -108,7 +108,7 @@ ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricM
   MultifrontalFactor factor(tree);
   clock.run("factorization", [&] {
     const Elimination elimination =
-        factor.factorize(stiffness, positive_definite_rule(),
+        factor.factorize(stiffness, positive_definite_rule(stiffness.order),
                          [&](double done, double total) { progress.step("factorization", done, total); });
     if (elimination.refusal) {
       const Refusal& refusal = *elimination.refusal;

@@ -15,6 +15,9 @@
 
 namespace modal {
 
+// Neighbouring eigenvalues nearer than this, relatively, are treated as one cluster.
+inline constexpr double cluster_gap = 1e-4;
+
 // Vectors for so many modes: enough for a fair rate, and whole groups of four for the sparse product; at most order.
 std::int32_t block_size(std::int32_t modes, std::int32_t order);
 
@@ -51,6 +54,7 @@ class SubspaceIteration {
   void iterate();
   void fill_up();
   std::int32_t end_of_cluster(std::int32_t wanted) const;
+  double excess() const;
 
   const SymmetricMatrix& k_;
   const SymmetricMatrix& m_;
