@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Modes against closed forms, and what happens where there are none.
 #include <gtest/gtest.h>
-#include <omp.h>
 
 #include <set>
 
-#include "ZORTAVConfiguration.h"
 #include "factorization/nested_dissection.h"
 #include "modal_analysis/solver_matrices.h"
 #include "modes/checked_iteration.h"
@@ -330,23 +328,6 @@ TEST(SolverModes, ReducedProblemLeavesOutDependentDirections) {
   EXPECT_EQ(solution.coefficient[1], 0.0);
   EXPECT_NEAR(std::abs(solution.coefficient[0]), 1.0, 1e-14);
   EXPECT_NEAR(std::abs(solution.coefficient[5]), 1e4, 1e-10);
-}
-
-// The library takes another route with one thread than with several; the results are the same to the last bit.
-TEST(SolverModes, SameBitsWithAnyNumberOfThreads) {
-  const SymmetricMatrix k = modaltest::laplacian(61, 37);
-  const SymmetricMatrix m = modaltest::random_dominant(k.order, 3.0, 21);
-  const ModalResult before = solve(k, m, 5);  // the threading mode is not determined yet
-  std::int32_t decision = 0;
-  ehaldb(&decision);
-  for (const int threads : {1, 2, 3}) {
-    omp_set_num_threads(threads);
-    const ModalResult result = solve(k, m, 5);
-    zortest::expect_same_bits(before.eigenvalue, result.eigenvalue);
-    zortest::expect_same_bits(before.mode, result.mode);
-    EXPECT_EQ(before.iterations, result.iterations);
-    EXPECT_EQ(before.shift, result.shift);
-  }
 }
 
 }  // namespace
