@@ -175,20 +175,29 @@ TEST(eaxeql, tests_convergence_by_exact_equality) {
   }
 }
 
-TEST(eaxeql, carries_long_sweeps_in_pieces) {
-  // A graded diagonal whose neighbours are just not negligible: few sweeps, each over more than two thousand planes.
-  const int n = 2100;
-  Numbers d(size(n));
-  Numbers e(size(n));
-  for (std::size_t i = 0; i < d.size(); ++i) {
-    d[i] = std::pow(1.02, static_cast<double>(i % 1000));
-  }
-  for (std::size_t i = 1; i < d.size(); ++i) {
-    const double dd = d[i - 1] + d[i];
-    e[i] = 0.502 * (std::nextafter(dd, 2 * dd) - dd);
-  }
+TEST(eaxeql, sweeps_that_outgrow_its_buffers) {
   Random random(4305);
-  check_iteration(n, d, e, random.vector(size(n) * size(n)), 0);
+  // A graded diagonal whose neighbours are barely not negligible: few sweeps, each over almost all planes.
+  for (const int n : {900, 2100}) {
+    SCOPED_TRACE(n);
+    Numbers d(size(n));
+    Numbers e(size(n));
+    for (std::size_t i = 0; i < d.size(); ++i) {
+      d[i] = std::pow(1.02, static_cast<double>(i % 1000));
+    }
+    for (std::size_t i = 1; i < d.size(); ++i) {
+      const double dd = d[i - 1] + d[i];
+      e[i] = 0.6 * (std::nextafter(dd, 2 * dd) - dd);
+    }
+    check_iteration(n, d, e, random.vector(size(n) * size(n)), 0);
+  }
+  // Hundreds of sweeps over one plane each.
+  const int n = 1001;
+  Numbers e = random.vector(size(n));
+  for (std::size_t i = 0; i < e.size(); i += 2) {
+    e[i] = 0.0;
+  }
+  check_iteration(n, random.vector(size(n)), e, random.vector(size(n) * size(n)), 1);
 }
 
 TEST(eaxeql, gives_up_after_thirty_iterations) {

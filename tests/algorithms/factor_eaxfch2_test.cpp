@@ -102,7 +102,7 @@ TEST(Eaxfch2, GivesTheStatedBitsForEveryOrder) {
     SCOPED_TRACE(n);
     expect_as_oracle(positive_definite(random, n), 1, n, 0, n % 4);
   }
-  for (const std::size_t n : {std::size_t{127}, std::size_t{129}, std::size_t{203}}) {
+  for (const std::size_t n : std::vector<std::size_t>{127, 129, 203}) {
     SCOPED_TRACE(n);
     expect_as_oracle(positive_definite(random, n), 1, n, 1e-6, 3);
   }
@@ -112,7 +112,7 @@ TEST(Eaxfch2, GivesTheStatedBitsForEveryOrder) {
 // whole memory is compared.
 TEST(Eaxfch2, RefusesAPivotAtEveryRowOfEveryRange) {
   Random random(42);
-  for (const std::size_t n : {std::size_t{11}, std::size_t{19}, std::size_t{35}}) {
+  for (const std::size_t n : std::vector<std::size_t>{11, 19, 35}) {
     const std::vector<double> matrix = positive_definite(random, n);
     for (std::size_t n1 = 1; n1 <= n; n1 += 3) {
       std::vector<double> start = matrix;
@@ -153,7 +153,7 @@ TEST(Eaxfch2, TolerancePivotsAndNumbersThatAreNone) {
 
   const std::vector<double> matrix = positive_definite(random, 30);
   expect_as_oracle(matrix, 9, 8, 0, 0);  // no rows
-  for (const std::size_t i : {std::size_t{2}, std::size_t{6}, std::size_t{13}}) {
+  for (const std::size_t i : std::vector<std::size_t>{2, 6, 13}) {
     std::vector<double> a = matrix;
     a[place(i, i)] = zortest::nan;  // passes and spoils the rows below
     expect_as_oracle(a, 1, 30, 0, 0);

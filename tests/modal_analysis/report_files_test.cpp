@@ -88,7 +88,9 @@ TEST(ModeFiles, VtkHoldsTheMeshAndOneVectorFieldAMode) {
   for (const char* name : {"mode_1_3.18310_Hz", "mode_2_4.77465_Hz"}) {
     std::string field, type;
     in >> word >> field >> type;
-    EXPECT_EQ(word + field + type, std::string("VECTORS") + name + "double");
+    EXPECT_EQ(word, "VECTORS");
+    EXPECT_EQ(field, name);
+    EXPECT_EQ(type, "double");
     double longest = 0;
     for (std::size_t i = 0; i < nodes; ++i) {
       double x = 9, y = 9, z = 9;

@@ -70,7 +70,8 @@ TEST(ProgressBar, ShowsOnlyLongPhasesAndOnlyOnATerminal) {
   {
     modal::ProgressBar silent(file, false, clock);
     modal::ProgressBar bar(terminal, true, clock);
-    for (now = 0; now < 0.95; now += 0.1) {
+    for (int tenth = 0; tenth < 10; ++tenth) {
+      now = 0.1 * tenth;
       bar.step("order", now, 1);
       silent.step("order", now, 1);
     }

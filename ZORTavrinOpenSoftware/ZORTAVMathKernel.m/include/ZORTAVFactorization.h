@@ -72,7 +72,7 @@ ZORTAV_ENTRY void eaxfch2(const int32_t* n, const int32_t* n1, const int32_t* n2
  * wraps; it lies m positions before the end of column m). Position p holds the pivot (istat 6; rmin is set to the pivot
  * too) or its ratio (istat 34). NaN: passes both tests and spreads. Zeros are multiplied like any number. Aliasing: the
  * arguments must not overlap. Bad arguments: nothing is checked; a zero in d0 gives an infinite or undefined ratio that
- * decides the test. Memory: at most 100 KiB of stack, no heap. Positions are 64-bit: n may exceed 65535. Threads: any
+ * decides the test. Memory: at most 120 KiB of stack, no heap. Positions are 64-bit: n may exceed 65535. Threads: any
  * number of calls at once on different arguments. Reproducibility: fixed order, no fused operations: every entry
  * receives its updates in the order of the pivots; the same bits at every instruction-set level. Source: Duff and Reid,
  * ACM TOMS 9 (1983) 302-325; Golub and Van Loan, Matrix Computations, 4th ed., section 4.1.

@@ -127,7 +127,8 @@ class Picture {
     draw_header(width);
     for (std::size_t k = 0; k < modes(); ++k) {
       const double x = margin + static_cast<double>(k % columns_) * (panel_width_ + panel_gap);
-      const double y = header_height + static_cast<double>(k / columns_) * (panel_height_ + panel_gap);
+      const std::size_t row = k / columns_;
+      const double y = header_height + static_cast<double>(row) * (panel_height_ + panel_gap);
       out_ << "<g transform=\"translate(" << pixels(x) << ' ' << pixels(y) << ")\">\n";
       draw_panel(k);
       out_ << "</g>\n";
@@ -267,7 +268,10 @@ class Picture {
         // Down on the page the second axis is turned over: the outside, right of the side, is (-along[1], along[0]).
         const Point back{(-along[1] - along[0]) * std::numbers::sqrt2 / 2 * stroke_length,
                          (along[0] - along[1]) * std::numbers::sqrt2 / 2 * stroke_length};
-        for (double at = stroke_spacing - since_stroke; at < length; at += stroke_spacing) {
+        const double first = stroke_spacing - since_stroke;
+        const int strokes_here = first < length ? 1 + static_cast<int>((length - first) / stroke_spacing) : 0;
+        for (int i = 0; i < strokes_here; ++i) {
+          const double at = first + i * stroke_spacing;
           const Point start{a[0] + at * along[0], a[1] + at * along[1]};
           strokes += command('M', start) + command('l', back);
         }

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "ZORTAVEigenSolver.h"
+#include "algorithms/eaxeql_recorder.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ int32_t eaxeql(const int32_t* order, double* d, double* e, double* v, int32_t* i
   }
   e[n - 1] = 0.0;
 
+  zortav::RotationRecorder recorder(static_cast<std::size_t>(n), v);
   for (std::int64_t l = 0; l < n; ++l) {
     for (int count = 0;; ++count) {
       const std::int64_t m = end_of_block(l, n, d, e);
@@ -43,6 +45,7 @@ int32_t eaxeql(const int32_t* order, double* d, double* e, double* v, int32_t* i
         break;
       }
       if (count == iterations_per_eigenvalue) {
+        recorder.flush();
         *ierr = static_cast<int32_t>(l + 1);
         return 1;
       }
@@ -52,33 +55,32 @@ int32_t eaxeql(const int32_t* order, double* d, double* e, double* v, int32_t* i
       double s = 1.0;
       double c = 1.0;
       double p = 0.0;
-      for (std::int64_t i = m - 1; i >= l; --i) {
-        const double f = s * e[i];
-        const double b = c * e[i];
-        if (std::fabs(f) >= std::fabs(g)) {
-          c = g / f;
-          r = std::sqrt(c * c + 1.0);
-          e[i + 1] = f * r;
-          s = 1.0 / r;
-          c = c * s;
-        } else {
-          s = f / g;
-          r = std::sqrt(s * s + 1.0);
-          e[i + 1] = g * r;
-          c = 1.0 / r;
-          s = s * c;
-        }
-        g = d[i + 1] - p;
-        r = (d[i] - g) * s + 2.0 * c * b;
-        p = s * r;
-        d[i + 1] = g + p;
-        g = c * r - b;
-        double* const left = v + i * n;
-        double* const right = left + n;
-        for (std::int64_t k = 0; k < n; ++k) {
-          const double t = right[k];
-          right[k] = s * left[k] + c * t;
-          left[k] = c * left[k] - s * t;
+      for (std::int64_t i = m - 1; i >= l;) {
+        std::size_t granted = 0;
+        zortav::Rotation* rotation =
+            recorder.begin(static_cast<std::size_t>(i), static_cast<std::size_t>(i - l + 1), granted);
+        for (const zortav::Rotation* const end = rotation + granted; rotation != end; ++rotation, --i) {
+          const double f = s * e[i];
+          const double b = c * e[i];
+          if (std::fabs(f) >= std::fabs(g)) {
+            c = g / f;
+            r = std::sqrt(c * c + 1.0);
+            e[i + 1] = f * r;
+            s = 1.0 / r;
+            c = c * s;
+          } else {
+            s = f / g;
+            r = std::sqrt(s * s + 1.0);
+            e[i + 1] = g * r;
+            c = 1.0 / r;
+            s = s * c;
+          }
+          g = d[i + 1] - p;
+          r = (d[i] - g) * s + 2.0 * c * b;
+          p = s * r;
+          d[i + 1] = g + p;
+          g = c * r - b;
+          *rotation = {c, s};
         }
       }
       d[l] = d[l] - p;
@@ -86,5 +88,6 @@ int32_t eaxeql(const int32_t* order, double* d, double* e, double* v, int32_t* i
       e[m] = 0.0;
     }
   }
+  recorder.flush();
   return 0;
 }

@@ -2,74 +2,86 @@
 // T = Qᵀ·A·Q, tridiagonal, by Householder reflectors H = I − u·uᵀ/h on the packed rows of A, from the last row upward.
 // Method: Martin, Reinsch and Wilkinson, Handbook for Automatic Computation II, contribution II/2 (tred3), without the
 // scaling of the rows.
+//
+// A reflector's update A := A − u·qᵀ − q·uᵀ is held back: the next row is updated first, which gives the next
+// reflector, and the update of the rest and the product with that reflector share one pass over the triangle.
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "ZORTAVEigenSolver.h"
+#include "algorithms/eigen_kernel_table.h"
 
 namespace {
 
-constexpr unsigned lanes = 8;
-
-// Eight partial sums, element k in lane k mod 8, and one tree.
-double dot(std::int64_t n, const double* x, const double* y) {
-  double s[lanes] = {};
-  unsigned lane = 0;
-  for (const double* const end = x + n; x != end; ++x, ++y, ++lane) {
-    s[lane % lanes] += *x * *y;
-  }
-  return ((s[0] + s[4]) + (s[2] + s[6])) + ((s[1] + s[5]) + (s[3] + s[7]));
+double* row(double* a, std::size_t i) {
+  return a + i * (i + 1) / 2;
 }
 
-double* row(double* a, std::int64_t i) {
-  return a + i * (i + 1) / 2;
+// p := A·u/h for the product in p, then q := p − (pᵀ·u/2h)·u in its place.
+void finish_product(const zortav::EigenKernelTable& kernels, std::size_t l, double h, const double* u, double* p) {
+  const double inverse = 1.0 / h;
+  for (std::size_t j = 0; j < l; ++j) {
+    p[j] = p[j] * inverse;
+  }
+  const double hh = kernels.dot(l, p, u) / (h + h);
+  for (std::size_t j = 0; j < l; ++j) {
+    p[j] = p[j] - hh * u[j];
+  }
 }
 
 }  // namespace
 
 void eaxetr(const int32_t* order, double* a, double* d, double* e) {
-  const std::int64_t n = *order;
-  if (n < 2) {
+  if (*order < 2) {
     d[0] = a[0];
     e[0] = 0.0;
     return;
   }
-  for (std::int64_t l = n - 1; l >= 2; --l) {
+  const zortav::EigenKernelTable& kernels = zortav::eigen_kernels();
+  const std::size_t n = static_cast<std::size_t>(*order);
+  // What is held back. The vectors q and p take turns in those parts of d and e that are not yet final.
+  bool pending = false;
+  const double* pending_u = row(a, n - 1);
+  double* q = d;
+  double* p = e;
+  for (std::size_t l = n - 1; l >= 2; --l) {
     double* const u = row(a, l);
-    double h = dot(l, u, u);
+    if (pending) {
+      for (std::size_t k = 0; k <= l; ++k) {
+        u[k] = u[k] - pending_u[l] * q[k] - q[l] * pending_u[k];
+      }
+    }
+    double h = kernels.dot(l, u, u);
     const double f = u[l - 1];
     d[l] = u[l];
     if (h == 0.0) {
       e[l] = f;
       u[l] = 0.0;
+      if (pending) {
+        kernels.update(l, a, pending_u, q);
+        pending = false;
+      }
       continue;
     }
     const double g = f < 0.0 ? std::sqrt(h) : -std::sqrt(h);
     e[l] = g;
     h = h - f * g;
     u[l - 1] = f - g;
-    for (std::int64_t j = 0; j < l; ++j) {
-      const double* const aj = row(a, j);
-      e[j] = dot(j + 1, aj, u);
-      for (std::int64_t k = 0; k < j; ++k) {
-        e[k] += aj[k] * u[j];
-      }
-    }
-    const double inverse = 1.0 / h;
-    for (std::int64_t j = 0; j < l; ++j) {
-      e[j] = e[j] * inverse;
-    }
-    const double hh = dot(l, e, u) / (h + h);
-    for (std::int64_t j = 0; j < l; ++j) {
-      e[j] = e[j] - hh * u[j];
-    }
-    for (std::int64_t j = 0; j < l; ++j) {
-      double* const aj = row(a, j);
-      for (std::int64_t k = 0; k <= j; ++k) {
-        aj[k] = aj[k] - u[j] * e[k] - e[j] * u[k];
-      }
-    }
     u[l] = h;
+    if (pending) {
+      kernels.update_and_multiply(l, a, pending_u, q, u, p);
+    } else {
+      kernels.multiply(l, a, u, p);
+    }
+    finish_product(kernels, l, h, u, p);
+    pending = true;
+    pending_u = u;
+    std::swap(p, q);
+  }
+  if (pending) {
+    kernels.update(2, a, pending_u, q);
   }
   e[1] = a[1];
   d[1] = a[2];

@@ -13,6 +13,11 @@ constexpr std::int64_t group_columns = 4;
 constexpr std::int64_t plain_length = 9;  // shorter sums have no partial sums
 constexpr std::int64_t sum_step = 8;
 
+// How many of a sum's terms, from its first, are taken in two partial sums.
+inline std::int64_t whole_eights(std::int64_t len) {
+  return len < plain_length ? 0 : len - len % sum_step;
+}
+
 // Row i, counted from 1, of a triangle packed by rows.
 inline double* packed_row(double* a, std::int64_t i) {
   return a + i * (i - 1) / 2;
@@ -22,13 +27,12 @@ inline double* packed_row(double* a, std::int64_t i) {
 template <int Columns>
 inline void ordered_sums(std::int64_t len, const double* x, const double* const* y, double* sum) {
   std::int64_t k = 0;
-  if (len >= plain_length) {
+  if (const std::int64_t whole = whole_eights(len); whole > 0) {
     const hn::FixedTag<double, 2> d;  // one lane a partial sum
     hn::Vec<decltype(d)> partial[Columns];
     for (int c = 0; c < Columns; ++c) {
       partial[c] = hn::InsertLane(hn::Zero(d), 0, sum[c]);
     }
-    const std::int64_t whole = len - len % sum_step;
     for (; k < whole; k += 2) {
       const auto terms = hn::LoadU(d, x + k);
       for (int c = 0; c < Columns; ++c) {

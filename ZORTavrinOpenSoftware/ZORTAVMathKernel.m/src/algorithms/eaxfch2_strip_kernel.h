@@ -25,19 +25,15 @@ class RowStrip {
   // Returns the number of the refused row, counted from 1, or 0.
   std::int64_t factor(double tol, double* refused) {
     load();
-    std::int64_t j = 0;
-    for (; j < base_; j += group_columns) {
-      const double* row[2 * group_columns];
-      // From the second eight on, two groups share all whole eights of their sums.
-      const bool pair = j % sum_step == 0 && j > sum_step && j + 2 * group_columns <= base_;
-      for (std::int64_t c = 0; c < (pair ? 2 * group_columns : group_columns); ++c) {
-        row[c] = packed_row(a_, j + c + 1);
-      }
-      if (pair) {
-        pair_of_groups(j, row);
-        j += group_columns;
+    for (std::int64_t j = 0; j < base_;) {
+      const std::int64_t whole = whole_eights(j);
+      // A group that begins at a multiple of eight shares all its terms with the next group.
+      if (whole == j && j > 0 && j + 2 * group_columns <= base_) {
+        columns_above<2>(j, whole);
+        j += 2 * group_columns;
       } else {
-        group_of_rows_above(j, row);
+        columns_above<1>(j, whole);
+        j += group_columns;
       }
     }
     return own_triangle(tol, refused);
@@ -48,11 +44,14 @@ class RowStrip {
   using Vec = hn::Vec<Tag>;
   static constexpr std::int64_t lanes = hn::MaxLanes(Tag());
   static constexpr int parts = static_cast<int>(Rows / lanes);
-  // Accumulators of one pass: two for each column.
-  static constexpr int pass_columns = lanes == 8 ? 8 : 4;
+  // One pass over the rows above: with 32 registers both partial sums of eight columns, with 16 registers one partial
+  // sum of four columns for two vectors of rows.
+  static constexpr bool both_sums_at_once = hn::MaxLanes(hn::ScalableTag<double>()) == 8;
+  static constexpr int pass_columns = both_sums_at_once ? 8 : 4;
+  static constexpr int pass_parts = parts >= 2 ? 2 : 1;
 
   double* strip(std::int64_t k, int part) const { return x_ + k * Rows + part * lanes; }
-  Vec element(std::int64_t k, int part) const { return hn::Load(Tag(), strip(k, part)); }
+  HWY_INLINE Vec element(std::int64_t k, int part) const { return hn::Load(Tag(), strip(k, part)); }
 
   void load() {
     const std::int64_t rows = end_ - base_;
@@ -86,29 +85,49 @@ class RowStrip {
     }
   }
 
-  // t[c] := t[c] + Σ x(k)·row[c](k), k < whole, in two partial sums; row elements stand `Step` apart.
-  template <int Columns, int Step>
-  HWY_INLINE void add_whole_eights(std::int64_t whole, int part, const double* const* row, Vec* t) const {
+  // t[v][c] := t[v][c] + Σ x(k)·row[c](k), k = begin, begin+2, .. < end, for the parts from `part` on; row elements
+  // stand `Step` apart.
+  template <int Columns, int Step, int Parts>
+  HWY_INLINE void add_every_other(std::int64_t begin, std::int64_t end, int part, const double* const* row,
+                                  Vec (*t)[Columns]) const {
     const Tag d;
-    Vec first[Columns];
-    Vec second[Columns];
-    for (int c = 0; c < Columns; ++c) {
-      first[c] = t[c];
-      second[c] = hn::Zero(d);
-    }
-    const double* x = strip(0, part);
-    for (std::int64_t k = 0; k < whole; k += 2, x += 2 * Rows) {
-      const Vec x1 = hn::Load(d, x);
-      const Vec x2 = hn::Load(d, x + Rows);
-      for (int c = 0; c < Columns; ++c) {
-        first[c] = hn::Add(first[c], hn::Mul(x1, hn::Set(d, row[c][k * Step])));
+    for (std::int64_t k = begin; k < end; k += 2) {
+      Vec x[Parts];
+      for (int v = 0; v < Parts; ++v) {
+        x[v] = element(k, part + v);
       }
       for (int c = 0; c < Columns; ++c) {
-        second[c] = hn::Add(second[c], hn::Mul(x2, hn::Set(d, row[c][(k + 1) * Step])));
+        const Vec l = hn::Set(d, row[c][k * Step]);
+        for (int v = 0; v < Parts; ++v) {
+          t[v][c] = hn::Add(t[v][c], hn::Mul(x[v], l));
+        }
       }
     }
-    for (int c = 0; c < Columns; ++c) {
-      t[c] = hn::Add(first[c], second[c]);
+  }
+
+  // t[v][c] := t[v][c] + Σ x(k)·row[c](k), k < whole, in two partial sums.
+  template <int Columns, int Step, int Parts>
+  HWY_INLINE void add_whole_eights(std::int64_t whole, int part, const double* const* row, Vec (*t)[Columns]) const {
+    const Tag d;
+    Vec second[Parts][Columns];
+    for (int v = 0; v < Parts; ++v) {
+      for (int c = 0; c < Columns; ++c) {
+        second[v][c] = hn::Zero(d);
+      }
+    }
+    if constexpr (both_sums_at_once) {
+      for (std::int64_t k = 0; k < whole; k += 2) {
+        add_every_other<Columns, Step, Parts>(k, k + 1, part, row, t);
+        add_every_other<Columns, Step, Parts>(k + 1, k + 2, part, row, second);
+      }
+    } else {
+      add_every_other<Columns, Step, Parts>(0, whole, part, row, t);
+      add_every_other<Columns, Step, Parts>(1, whole, part, row, second);
+    }
+    for (int v = 0; v < Parts; ++v) {
+      for (int c = 0; c < Columns; ++c) {
+        t[v][c] = hn::Add(t[v][c], second[v][c]);
+      }
     }
   }
 
@@ -128,34 +147,31 @@ class RowStrip {
     hn::Store(t, d, strip(j, part));
   }
 
-  void group_of_rows_above(std::int64_t j0, const double* const* row) {
-    for (int part = 0; part < parts; ++part) {
-      Vec t[group_columns];
-      for (std::int64_t c = 0; c < group_columns; ++c) {
-        t[c] = hn::Neg(element(j0 + c, part));
-      }
-      const std::int64_t whole = j0 < plain_length ? 0 : j0 - j0 % sum_step;
-      if (whole > 0) {
-        add_whole_eights<group_columns, 1>(whole, part, row, t);
-      }
-      for (std::int64_t c = 0; c < group_columns; ++c) {
-        finish<1>(j0 + c, whole, part, row[c], row[c][j0 + c], t[c], begin_ - base_);
-      }
+  // Columns of `Groups` neighbouring groups, of which the whole eights of the first one's sums are all that is added
+  // at once; what a later group has before it beyond those follows in `finish`, as leftovers.
+  template <int Groups>
+  void columns_above(std::int64_t j0, std::int64_t whole) {
+    constexpr int columns = Groups * group_columns;
+    constexpr int at_once = columns < pass_columns ? columns : pass_columns;
+    const double* row[columns];
+    for (std::int64_t c = 0; c < columns; ++c) {
+      row[c] = packed_row(a_, j0 + c + 1);
     }
-  }
-
-  // Two groups whose first column is a multiple of eight: all terms before it are whole eights of both.
-  void pair_of_groups(std::int64_t j0, const double* const* row) {
-    for (int part = 0; part < parts; ++part) {
-      Vec t[2 * group_columns];
-      for (std::int64_t c = 0; c < 2 * group_columns; ++c) {
-        t[c] = hn::Neg(element(j0 + c, part));
-      }
-      for (std::int64_t c = 0; c < 2 * group_columns; c += pass_columns) {
-        add_whole_eights<pass_columns, 1>(j0, part, row + c, t + c);
-      }
-      for (std::int64_t c = 0; c < 2 * group_columns; ++c) {
-        finish<1>(j0 + c, j0, part, row[c], row[c][j0 + c], t[c], begin_ - base_);
+    for (int part = 0; part < parts; part += pass_parts) {
+      for (std::int64_t first = 0; first < columns; first += at_once) {
+        Vec t[pass_parts][at_once];
+        for (int v = 0; v < pass_parts; ++v) {
+          for (int c = 0; c < at_once; ++c) {
+            t[v][c] = hn::Neg(element(j0 + first + c, part + v));
+          }
+        }
+        add_whole_eights<at_once, 1, pass_parts>(whole, part, row + first, t);
+        for (int c = 0; c < at_once; ++c) {
+          const std::int64_t j = j0 + first + c;
+          for (int v = 0; v < pass_parts; ++v) {
+            finish<1>(j, whole, part + v, row[first + c], row[first + c][j], t[v][c], begin_ - base_);
+          }
+        }
       }
     }
   }
@@ -180,18 +196,15 @@ class RowStrip {
       for (std::int64_t c = 0; c < group_columns; ++c) {
         row[c] = x_ + (j0 + (c < columns ? c : 0) - base_);
       }
-      const std::int64_t whole = j0 < plain_length ? 0 : j0 - j0 % sum_step;
+      const std::int64_t whole = whole_eights(j0);
       Vec t[parts][group_columns];
-      for (int part = 0; part < parts; ++part) {
-        for (std::int64_t c = 0; c < columns; ++c) {
-          t[part][c] = hn::Neg(element(j0 + c, part));
+      for (int part = 0; part < parts; part += pass_parts) {
+        for (int v = part; v < part + pass_parts; ++v) {
+          for (std::int64_t c = 0; c < group_columns; ++c) {
+            t[v][c] = c < columns ? hn::Neg(element(j0 + c, v)) : hn::Zero(d);
+          }
         }
-        for (std::int64_t c = columns; c < group_columns; ++c) {
-          t[part][c] = hn::Zero(d);
-        }
-        if (whole > 0) {
-          add_whole_eights<group_columns, Rows>(whole, part, row, t[part]);
-        }
+        add_whole_eights<group_columns, Rows, pass_parts>(whole, part, row, t + part);
       }
       for (std::int64_t c = 0; c < columns; ++c) {
         const std::int64_t j = j0 + c;

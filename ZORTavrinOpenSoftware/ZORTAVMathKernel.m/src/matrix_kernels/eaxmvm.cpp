@@ -32,15 +32,22 @@ struct Vectors {
   double* y_of(std::int64_t v) const { return y + v * n; }
 };
 
+// Whether columns n apart fall into the same few sets of a first-level cache, which keeps 4096 bytes apart in one set:
+// eight columns of x and eight of y then evict each other.
+bool columns_collide(std::int64_t n) {
+  constexpr std::int64_t numbers_between_set_mates = 512;
+  constexpr std::int64_t half_a_line = 4;
+  return (n + half_a_line) % numbers_between_set_mates <= 2 * half_a_line;
+}
+
 // Vectors first..first+count-1 by sweeps of four and eight; count is a multiple of four.
 void sweep_groups(const SparseRows& a, const Vectors& vectors, std::int64_t first, std::int64_t count, SparseSweep four,
                   SparseSweep eight) {
   std::int64_t v = first;
-  for (; v + 2 * group_width <= first + count; v += 2 * group_width) {
-    eight(a, vectors.n, vectors.x_of(v), vectors.y_of(v));
-  }
-  if (v < first + count) {
-    four(a, vectors.n, vectors.x_of(v), vectors.y_of(v));
+  while (v < first + count) {
+    const bool pair = v + 2 * group_width <= first + count && !columns_collide(vectors.n);
+    (pair ? eight : four)(a, vectors.n, vectors.x_of(v), vectors.y_of(v));
+    v += pair ? 2 * group_width : group_width;
   }
 }
 
@@ -79,6 +86,10 @@ void multiply_symmetric(const SparseRows& a, const Vectors& vectors, std::int64_
     kernels.symmetric[few - 1](a, vectors.n, vectors.x, vectors.y);
   }
   const std::int64_t groups = nvec / group_width;
+  if (groups == 0) {
+    return;
+  }
+  // A single group leaves nothing to divide: the region is then entered without a fork.
 #pragma omp parallel if (groups > 1) default(none) shared(a, vectors, kernels, few, groups)
   {
     // The schedule gives every thread one contiguous range of groups; the range is noted, then swept.

@@ -29,65 +29,151 @@ void diagonal_product(std::int64_t n, const double* a, const double* x, double* 
   }
 }
 
-// Rows i..i+height-1, whose first `shared` columns are those of row i.
+// f(Row<from>()), ..., f(Row<to - 1>()): the rows of a block as constants, so that what belongs to a row stays in
+// registers.
+template <int r>
+struct Row {
+  static constexpr int index = r;
+};
+template <int from, int to, class F>
+HWY_INLINE void for_rows(const F& f) {
+  if constexpr (from < to) {
+    f(Row<from>());
+    for_rows<from + 1, to>(f);
+  }
+}
+
+// The end of row i (counted from 1): y(i) := s.
+template <bool symmetric, class Group>
+HWY_INLINE void assign(const Group& group, std::int64_t i, const typename Group::Pack& s) {
+  if constexpr (symmetric) {
+    group.set_y(i, s);
+  } else {
+    group.set_untiled_y(i, s);
+  }
+}
+
+// A block of rows from row i (counted from 0) on, as row_block_height found it: columns and values begin with row i,
+// the first `shared` columns are common to all.
 template <int height, bool symmetric, class Group>
-HWY_INLINE void sweep_rows(const SparseRows& a, std::int64_t i, std::int64_t shared, Group& group) {
+HWY_NOINLINE void row_block(const Group group, std::int64_t i, const std::int32_t* columns, const double* values,
+                            std::int64_t shared) {
   using Pack = typename Group::Pack;
   Pack xi[height];
   Pack s[height];
   const double* row[height];
-  for (int r = 0; r < height; ++r) {
-    xi[r] = group.x(i + r);
-    s[r] = Group::product(a.values[row_diagonal(a, i + r)], xi[r]);
-    row[r] = a.values + row_begin(a, i + r);
-  }
-  const std::int32_t* const columns = a.colidx + row_begin(a, i);
+  for_rows<0, height>([&](auto r) HWY_ATTR {
+    constexpr int k = decltype(r)::index;
+    row[k] = values + k * (shared + 1) + k * (k - 1) / 2;
+    xi[k] = group.x(i + 1 + k);
+    s[k] = Group::product(row[k][shared + k], xi[k]);
+  });
   for (std::int64_t p = 0; p < shared; ++p) {
-    const std::int64_t j = std::int64_t{columns[p]} - 1;
+    const std::int64_t j = columns[p];
     const Pack xj = group.x(j);
-    for (int r = 0; r < height; ++r) {
-      s[r] = Group::sum(s[r], Group::product(row[r][p], xj));
-    }
+    Pack yj;
     if constexpr (symmetric) {
-      Pack yj = group.tiled_y(j);
-      for (int r = 0; r < height; ++r) {
-        yj = Group::sum(yj, Group::product(row[r][p], xi[r]));
+      yj = group.y(j);
+    }
+    for_rows<0, height>([&](auto r) HWY_ATTR {
+      constexpr int k = decltype(r)::index;
+      s[k] = Group::sum(s[k], Group::product(row[k][p], xj));
+      if constexpr (symmetric) {
+        yj = Group::sum(yj, Group::product(row[k][p], xi[k]));
       }
-      group.set_tiled_y(j, yj);
+    });
+    if constexpr (symmetric) {
+      group.set_y(j, yj);
     }
   }
-  for (int r = 0; r < height; ++r) {
-    const std::int64_t end = row_diagonal(a, i + r);
-    for (std::int64_t p = row_begin(a, i + r) + shared; p < end; ++p) {
-      const std::int64_t j = std::int64_t{a.colidx[p]} - 1;
-      const double value = a.values[p];
-      s[r] = Group::sum(s[r], Group::product(value, group.x(j)));
+  // The block's own triangle: y of its rows is still in s, assigned where its row ends and added to from there on.
+  for_rows<1, height>([&](auto r) HWY_ATTR {
+    constexpr int k = decltype(r)::index;
+    for_rows<0, k>([&](auto c) HWY_ATTR {
+      constexpr int q = decltype(c)::index;
+      s[k] = Group::sum(s[k], Group::product(row[k][shared + q], xi[q]));
       if constexpr (symmetric) {
-        group.add_y(j, Group::product(value, xi[r]));
+        s[q] = Group::sum(s[q], Group::product(row[k][shared + q], xi[k]));
       }
-    }
-    if constexpr (symmetric) {
-      group.set_y(i + r, s[r]);
+    });
+  });
+  for_rows<0, height>([&](auto r) HWY_ATTR {
+    constexpr int k = decltype(r)::index;
+    assign<symmetric>(group, i + 1 + k, s[k]);
+  });
+}
+
+// Entries p..end-1 of row i (counted from 1), the first of them in a column that lies in no tile, and the row's end.
+template <class Group>
+HWY_NOINLINE void untiled_rest(const Group group, const SparseRows a, std::int64_t i, std::int64_t p, std::int64_t end,
+                               typename Group::Pack xi, typename Group::Pack s) {
+  using Pack = typename Group::Pack;
+  for (; p < end; ++p) {
+    const std::int64_t j = a.colidx[p];
+    s = Group::sum(s, Group::product(a.values[p], group.x(j)));
+    const Pack term = Group::product(a.values[p], xi);
+    if (j > group.tiled_rows()) {
+      group.add_untiled_y(j, term);
     } else {
-      group.set_untiled_y(i + r, s[r]);
+      group.set_y(j, Group::sum(group.y(j), term));
     }
+  }
+  if (i > group.tiled_rows()) {
+    group.set_untiled_y(i, s);
+  } else {
+    group.set_y(i, s);
   }
 }
 
+// Row i (counted from 0) with the off-diagonal entries begin..end-1.
 template <bool symmetric, class Group>
-void sweep(const SparseRows& a, std::int64_t n, const double* x, double* y) {
-  Group group(n, x, y);
+HWY_INLINE void single_row(const Group& group, const SparseRows& a, std::int64_t i, std::int64_t begin,
+                           std::int64_t end) {
+  using Pack = typename Group::Pack;
+  const Pack xi = group.x(i + 1);
+  Pack s = Group::product(a.values[end], xi);
+  std::int64_t p = begin;
+  for (; p < end; ++p) {
+    const std::int64_t j = a.colidx[p];
+    if constexpr (symmetric && Group::has_untiled_rows) {
+      if (j > group.tiled_rows()) [[unlikely]] {
+        break;
+      }
+    }
+    const double value = a.values[p];
+    s = Group::sum(s, Group::product(value, group.x(j)));
+    if constexpr (symmetric) {
+      group.set_y(j, Group::sum(group.y(j), Group::product(value, xi)));
+    }
+  }
+  if constexpr (symmetric && Group::has_untiled_rows) {
+    if (p < end || i >= group.tiled_rows()) [[unlikely]] {
+      untiled_rest(group, a, i + 1, p, end, xi, s);
+      return;
+    }
+  }
+  assign<symmetric>(group, i + 1, s);
+}
+
+template <bool symmetric, class Group>
+void sweep(const SparseRows& rows, std::int64_t n, const double* x, double* y) {
+  const SparseRows a = rows;
+  const Group group(n, x, y);
+  // Blocks are assigned to tiles without a test for each row.
+  const std::int64_t block_rows = a.nrows < group.tiled_rows() ? a.nrows : group.tiled_rows();
+  std::int64_t begin = 0;  // of row i's off-diagonal entries
   for (std::int64_t i = 0; i < a.nrows;) {
-    const int height = symmetric && i > group.tiled_rows() ? 1 : row_block_height(a, i, symmetric);
-    const std::int64_t columns = row_diagonal(a, i) - row_begin(a, i);
-    if (height == 3) {
-      sweep_rows<3, symmetric>(a, i, columns, group);
+    const std::int64_t end = std::int64_t{a.rowptr[i + 1]} - 1;
+    const int height = row_block_height(a.colidx, a.rowptr, block_rows, i, begin, end);
+    if (height == 1) {
+      single_row<symmetric>(group, a, i, begin, end);
     } else if (height == 2) {
-      sweep_rows<2, symmetric>(a, i, columns, group);
+      row_block<2, symmetric>(group, i, a.colidx + begin, a.values + begin, end - begin);
     } else {
-      sweep_rows<1, symmetric>(a, i, 0, group);
+      row_block<3, symmetric>(group, i, a.colidx + begin, a.values + begin, end - begin);
     }
     i += height;
+    begin = a.rowptr[i];
   }
   if constexpr (symmetric) {
     group.close();

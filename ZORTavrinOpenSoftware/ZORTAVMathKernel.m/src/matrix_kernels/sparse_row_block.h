@@ -1,102 +1,78 @@
 // SPDX-License-Identifier: MIT
-// How many consecutive rows of a sparse lower triangle begin with the same column indices. The unknowns of one node of
-// a finite-element mesh have rows that differ only in the node's own columns, so that such rows can share the loads of
-// x and the updates of y (register blocking of rows with identical patterns: Mellor-Crummey and Garvin, "Optimizing
+// How many consecutive rows of a sparse lower triangle belong to one node of a finite-element mesh. The rows of a
+// node's unknowns link to the same columns and differ only in the node's own triangle, so that they can share the loads
+// of x and the updates of y (register blocking of rows with identical patterns: Mellor-Crummey and Garvin, "Optimizing
 // sparse matrix-vector product computations using unroll and jam", 2004).
 #pragma once
 
 #include <cstdint>
 
 #include "dispatch/kernel_unit.h"
-#include "matrix_kernels/sparse_kernel_table.h"
 
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-constexpr int tallest_row_block = 3;
 // Shorter shared beginnings do not pay for the comparison.
 constexpr std::int64_t shortest_shared_row = 2;
-// How many entries a row inside a block may have past the shared beginning.
-constexpr std::int64_t longest_inner_tail = 4;
 
-// The positions of row i: its off-diagonal entries are at row_begin(i)..row_diagonal(i)-1.
-HWY_INLINE std::int64_t row_begin(const SparseRows& a, std::int64_t i) {
-  return i == 0 ? 0 : a.rowptr[i];
-}
-HWY_INLINE std::int64_t row_diagonal(const SparseRows& a, std::int64_t i) {
-  return std::int64_t{a.rowptr[i + 1]} - 1;
-}
-
-inline bool same_indices(const std::int32_t* a, const std::int32_t* b, std::int64_t count) {
-  const hn::ScalableTag<std::int32_t> d;
-  constexpr auto lanes = static_cast<std::int64_t>(hn::MaxLanes(hn::ScalableTag<std::int32_t>()));
-  std::int64_t k = 0;
-  for (; k + lanes <= count; k += lanes) {
-    if (!hn::AllTrue(d, hn::Eq(hn::LoadU(d, a + k), hn::LoadU(d, b + k)))) {
-      return false;
-    }
+// Whether the first `count` column indices ascend strictly in row a and are the same in rows b and c, count > 0.
+HWY_INLINE bool same_ascending(const std::int32_t* a, const std::int32_t* b, const std::int32_t* c,
+                               std::int64_t count) {
+  using D = hn::CappedTag<std::int32_t, 8>;
+  const D d;
+  constexpr auto lanes = static_cast<std::int64_t>(hn::MaxLanes(D()));
+  if (a[0] != b[0] || a[0] != c[0]) {
+    return false;
   }
-  for (; k < count; ++k) {
-    if (a[k] != b[k]) {
-      return false;
+  if (count > lanes) {
+    const auto good = [&](std::int64_t k) HWY_ATTR {
+      const auto next = hn::LoadU(d, a + k);
+      const auto same = hn::And(hn::Eq(next, hn::LoadU(d, b + k)), hn::Eq(next, hn::LoadU(d, c + k)));
+      return hn::And(same, hn::Lt(hn::LoadU(d, a + k - 1), next));
+    };
+    auto all = good(count - lanes);  // may overlap the last of the comparisons below
+    for (std::int64_t k = 1; k < count - lanes; k += lanes) {
+      all = hn::And(all, good(k));
     }
+    return hn::AllTrue(d, all);
   }
-  return true;
-}
-
-inline bool ascending(const std::int32_t* a, std::int64_t count) {
-  const hn::ScalableTag<std::int32_t> d;
-  constexpr auto lanes = static_cast<std::int64_t>(hn::MaxLanes(hn::ScalableTag<std::int32_t>()));
-  std::int64_t k = 1;
-  for (; k + lanes <= count; k += lanes) {
-    if (!hn::AllTrue(d, hn::Lt(hn::LoadU(d, a + k - 1), hn::LoadU(d, a + k)))) {
-      return false;
-    }
-  }
-  for (; k < count; ++k) {
-    if (a[k - 1] >= a[k]) {
+  for (std::int64_t k = 1; k < count; ++k) {
+    if (a[k] != b[k] || a[k] != c[k] || a[k - 1] >= a[k]) {
       return false;
     }
   }
   return true;
 }
 
-// The height 1, 2 or 3 of the block that starts with row i: every further row begins with all off-diagonal columns of
-// row i, in the same order. For the symmetric product the shared part is then worked through for all rows at once,
-// which keeps the order of the additions into every y(j) only if no column is updated from two places: the shared
-// columns must ascend and lie below row i, and what an inner row holds past them must lie above them.
-inline int row_block_height(const SparseRows& a, std::int64_t i, bool updates_y) {
-  const std::int64_t begin = row_begin(a, i);
-  const std::int64_t count = row_diagonal(a, i) - begin;
-  if (count < shortest_shared_row || i + 1 >= a.nrows) {
+// The height of the block that starts with row i, once the first two rows are known to have fitting lengths.
+HWY_NOINLINE int compare_rows(const std::int32_t* colidx, const std::int32_t* rowptr, std::int64_t nrows,
+                              std::int64_t i, std::int64_t begin, std::int64_t count) {
+  const auto own = static_cast<std::int32_t>(i + 1);  // row i as the column indices count
+  const std::int32_t* const first = colidx + begin;
+  const std::int32_t* const second = first + count + 1;
+  const std::int32_t* const third = second + count + 2;
+  if (second[count] != own || second[count - 1] >= own) {
     return 1;
   }
-  const std::int32_t* const shared = a.colidx + begin;
-  const std::int32_t last = shared[count - 1];
-  const auto alike = [&](std::int64_t row) {
-    const std::int32_t* const columns = a.colidx + row_begin(a, row);
-    return row_diagonal(a, row) - row_begin(a, row) >= count && columns[count - 1] == last &&
-           same_indices(shared, columns, count);
-  };
-  if (!alike(i + 1) || (updates_y && (last > i || !ascending(shared, count)))) {
+  if (i + 2 < nrows && rowptr[i + 3] == rowptr[i + 2] + count + 3 && third[count] == own &&
+      third[count + 1] == own + 1 && same_ascending(first, second, third, count)) {
+    return 3;
+  }
+  return same_ascending(first, second, second, count) ? 2 : 1;
+}
+
+// The height 1, 2 or 3 of the block that starts with row i (counted from 0), whose off-diagonal entries are at
+// positions begin..end-1. Row i+r of a block holds the off-diagonal columns of row i, all below row i and strictly
+// ascending, and then the columns of rows i..i+r-1 in this order. No column is then updated from two places of the
+// block, and working through the shared columns for all its rows at once keeps the order of the additions into every
+// y(j).
+HWY_INLINE int row_block_height(const std::int32_t* colidx, const std::int32_t* rowptr, std::int64_t nrows,
+                                std::int64_t i, std::int64_t begin, std::int64_t end) {
+  const std::int64_t count = end - begin;
+  if (i + 1 >= nrows || rowptr[i + 2] != end + 1 + count + 2 || count < shortest_shared_row) {
     return 1;
   }
-  if (i + 2 >= a.nrows || !alike(i + 2)) {
-    return 2;
-  }
-  if (updates_y) {
-    const std::int64_t tail = row_begin(a, i + 1) + count;
-    const std::int64_t tail_count = row_diagonal(a, i + 1) - tail;
-    if (tail_count > longest_inner_tail) {
-      return 2;
-    }
-    for (std::int64_t p = tail; p < tail + tail_count; ++p) {
-      if (a.colidx[p] <= last) {
-        return 2;
-      }
-    }
-  }
-  return tallest_row_block;
+  return compare_rows(colidx, rowptr, nrows, i, begin, count);
 }
 
 }  // namespace

@@ -13,15 +13,35 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// The numbers p[0], p[stride], p[2·stride], ... in one register.
-template <class D>
-HWY_INLINE hn::Vec<D> gather_lanes(D d, const double* p, std::int64_t stride) {
-  if constexpr (hn::MaxLanes(D()) == 1) {
-    return hn::LoadU(d, p);
+// Element v of `lanes` numbers that are n apart, the first at p. Written so that every address is one register plus one
+// scaled register: three_n = 3·n is at hand, and three_on = p + 3·n.
+HWY_INLINE const double* lane_address(const double* p, const double* three_on, std::int64_t n, std::int64_t three_n,
+                                      int v) {
+  switch (v) {
+    case 3:
+      return p + three_n;
+    case 5:
+      return three_on + 2 * n;
+    case 6:
+      return p + 2 * three_n;
+    case 7:
+      return three_on + 4 * n;
+    default:
+      return p + v * n;
+  }
+}
+
+// Lanes first.. of the numbers that are n apart.
+template <int first, class D>
+HWY_INLINE hn::Vec<D> gather_lanes(D d, const double* p, const double* three_on, std::int64_t n, std::int64_t three_n) {
+  if constexpr (hn::MaxLanes(D()) == 2) {
+    const __m128d low = _mm_load_sd(lane_address(p, three_on, n, three_n, first));
+    return hn::Vec<D>{_mm_loadh_pd(low, lane_address(p, three_on, n, three_n, first + 1))};
   } else {
     const hn::Half<D> half;
-    constexpr auto in_half = static_cast<std::int64_t>(hn::MaxLanes(hn::Half<D>()));
-    return hn::Combine(d, gather_lanes(half, p + in_half * stride, stride), gather_lanes(half, p, stride));
+    constexpr int middle = first + static_cast<int>(hn::MaxLanes(hn::Half<D>()));
+    return hn::Combine(d, gather_lanes<middle>(half, p, three_on, n, three_n),
+                       gather_lanes<first>(half, p, three_on, n, three_n));
   }
 }
 
@@ -55,7 +75,7 @@ struct Square {
   }
 };
 
-// W = 2, 4 or 8 vectors in registers.
+// W = 2, 4 or 8 vectors in registers. Rows count from 1, as the caller's column indices do.
 template <std::int64_t W>
 class TiledGroup {
   using D = hn::CappedTag<double, W>;
@@ -63,23 +83,20 @@ class TiledGroup {
   static constexpr std::int64_t parts = W / lanes;
 
  public:
+  static constexpr bool has_untiled_rows = true;
   struct Pack {
     hn::Vec<D> part[parts];
   };
 
-  HWY_INLINE TiledGroup(std::int64_t n, const double* x, double* y) : n_(n), tiled_(n - n % W), x_(x), y_(y) {
-    for (std::int64_t t = 0; t < W; ++t) {
-      row_[t] = y + t * (n - 1);
-    }
-  }
+  HWY_INLINE TiledGroup(std::int64_t n, const double* x, double* y)
+      : n_(n), three_n_(3 * n), tiled_(n - n % W), x_(x), y_(y) {}
 
   std::int64_t tiled_rows() const { return tiled_; }
 
   HWY_INLINE Pack x(std::int64_t j) const {
+    const double* const p = x_ + (j - 1);
     Pack result;
-    for (std::int64_t k = 0; k < parts; ++k) {
-      result.part[k] = gather_lanes(D(), x_ + k * lanes * n_ + j, n_);
-    }
+    gather_parts<0>(result, p, W > 2 ? p + three_n_ : p);
     return result;
   }
 
@@ -99,55 +116,49 @@ class TiledGroup {
     return result;
   }
 
-  // Row j of y for j < tiled_rows().
-  HWY_INLINE Pack tiled_y(std::int64_t j) const {
-    const double* const at = row_[j & (W - 1)] + j;
+  // Row j of y in its tile, j <= tiled_rows().
+  HWY_INLINE Pack y(std::int64_t j) const {
+    const double* const at = y_ + tile_position(j);
     Pack result;
     for (std::int64_t k = 0; k < parts; ++k) {
       result.part[k] = hn::LoadU(D(), at + k * lanes);
     }
     return result;
   }
-  HWY_INLINE void set_tiled_y(std::int64_t j, const Pack& value) {
-    double* const at = row_[j & (W - 1)] + j;
+  HWY_INLINE void set_y(std::int64_t j, const Pack& value) const {
+    double* const at = y_ + tile_position(j);
     for (std::int64_t k = 0; k < parts; ++k) {
       hn::StoreU(value.part[k], D(), at + k * lanes);
     }
   }
-  HWY_INLINE void add_y(std::int64_t j, const Pack& term) {
-    if (j < tiled_) [[likely]] {
-      set_tiled_y(j, sum(tiled_y(j), term));
-    } else {
-      add_untiled_y(j, term);
-    }
-  }
-  HWY_INLINE void set_y(std::int64_t j, const Pack& value) {
-    if (j < tiled_) [[likely]] {
-      set_tiled_y(j, value);
-    } else {
-      set_untiled_y(j, value);
-    }
-  }
 
   // Row j of y in the caller's layout.
-  HWY_INLINE void set_untiled_y(std::int64_t j, const Pack& value) {
+  HWY_INLINE void set_untiled_y(std::int64_t j, const Pack& value) const {
     double number[W];
     unpack(value, number);
     for (std::int64_t v = 0; v < W; ++v) {
-      y_[v * n_ + j] = number[v];
+      y_[v * n_ + (j - 1)] = number[v];
+    }
+  }
+  HWY_INLINE void add_untiled_y(std::int64_t j, const Pack& term) const {
+    double number[W];
+    unpack(term, number);
+    for (std::int64_t v = 0; v < W; ++v) {
+      double& y = y_[v * n_ + (j - 1)];
+      y = y + number[v];
     }
   }
 
   // Puts the tiles back into the caller's layout.
-  void close() {
-    using Quarter = Square<hn::CappedTag<double, (W < 4 ? W : 4)>>;
+  void close() const {
+    using Part = Square<hn::CappedTag<double, (W < 4 ? W : 4)>>;
     for (std::int64_t row = 0; row < tiled_; row += W) {
-      for (std::int64_t b = 0; b < W; b += Quarter::side) {
-        for (std::int64_t c = 0; c <= b; c += Quarter::side) {
-          double* const below = y_ + row + b + c * n_;
-          double* const above = y_ + row + c + b * n_;
-          Quarter first;
-          Quarter second;
+      for (std::int64_t b = 0; b < W; b += Part::side) {
+        for (std::int64_t c = 0; c <= b; c += Part::side) {
+          double* const below = y_ + (row + b + c * n_);
+          double* const above = y_ + (row + c + b * n_);
+          Part first;
+          Part second;
           first.load(below, n_);
           second.load(above, n_);
           first.store_transposed(above, n_);
@@ -158,30 +169,34 @@ class TiledGroup {
   }
 
  private:
+  // Row r of a tile (from 0) is kept where column r of the tile was: r·n + (j-1) - r.
+  HWY_INLINE std::int64_t tile_position(std::int64_t j) const { return ((j - 1) & (W - 1)) * (n_ - 1) + (j - 1); }
+
+  template <int k>
+  HWY_INLINE void gather_parts(Pack& result, const double* p, const double* three_on) const {
+    result.part[k] = gather_lanes<k* static_cast<int>(lanes)>(D(), p, three_on, n_, three_n_);
+    if constexpr (k + 1 < parts) {
+      gather_parts<k + 1>(result, p, three_on);
+    }
+  }
   static HWY_INLINE void unpack(const Pack& value, double* number) {
     for (std::int64_t k = 0; k < parts; ++k) {
       hn::StoreU(value.part[k], D(), number + k * lanes);
     }
   }
-  HWY_NOINLINE void add_untiled_y(std::int64_t j, const Pack& term) {
-    double number[W];
-    unpack(term, number);
-    for (std::int64_t v = 0; v < W; ++v) {
-      y_[v * n_ + j] = y_[v * n_ + j] + number[v];
-    }
-  }
 
   std::int64_t n_;
+  std::int64_t three_n_;
   std::int64_t tiled_;
   const double* x_;
   double* y_;
-  double* row_[W];  // row_[j mod W] + j is row j of the tiles
 };
 
 // One or three vectors as scalars, in the caller's layout.
 template <std::int64_t W>
 class PlainGroup {
  public:
+  static constexpr bool has_untiled_rows = false;
   struct Pack {
     double number[W];
   };
@@ -193,7 +208,7 @@ class PlainGroup {
   HWY_INLINE Pack x(std::int64_t j) const {
     Pack result;
     for (std::int64_t v = 0; v < W; ++v) {
-      result.number[v] = x_[v * n_ + j];
+      result.number[v] = x_[v * n_ + (j - 1)];
     }
     return result;
   }
@@ -211,22 +226,20 @@ class PlainGroup {
     }
     return result;
   }
-  HWY_INLINE Pack tiled_y(std::int64_t j) const {
+  HWY_INLINE Pack y(std::int64_t j) const {
     Pack result;
     for (std::int64_t v = 0; v < W; ++v) {
-      result.number[v] = y_[v * n_ + j];
+      result.number[v] = y_[v * n_ + (j - 1)];
     }
     return result;
   }
-  HWY_INLINE void set_y(std::int64_t j, const Pack& value) {
+  HWY_INLINE void set_y(std::int64_t j, const Pack& value) const {
     for (std::int64_t v = 0; v < W; ++v) {
-      y_[v * n_ + j] = value.number[v];
+      y_[v * n_ + (j - 1)] = value.number[v];
     }
   }
-  HWY_INLINE void set_tiled_y(std::int64_t j, const Pack& value) { set_y(j, value); }
-  HWY_INLINE void set_untiled_y(std::int64_t j, const Pack& value) { set_y(j, value); }
-  HWY_INLINE void add_y(std::int64_t j, const Pack& term) { set_y(j, sum(tiled_y(j), term)); }
-  void close() {}
+  HWY_INLINE void set_untiled_y(std::int64_t j, const Pack& value) const { set_y(j, value); }
+  void close() const {}
 
  private:
   std::int64_t n_;

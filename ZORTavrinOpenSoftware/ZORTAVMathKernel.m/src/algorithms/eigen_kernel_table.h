@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// The inner loops of the eigen-solver at each instruction-set level.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "dispatch/instruction_set.h"
+
+namespace zortav {
+
+// The rotation of columns i and i + 1: (x, t) to (c·x - s·t, s·x + c·t).
+struct Rotation {
+  double c;
+  double s;
+};
+
+// Rotations of consecutive planes: columns (top, top + 1), (top - 1, top), ...
+struct RotationRun {
+  std::size_t top;
+  std::size_t count;
+  const Rotation* rotation;
+};
+
+struct RotationBatch {
+  const RotationRun* run;
+  std::size_t runs;
+  // the columns that the runs touch: first .. first + columns - 1
+  std::size_t first;
+  std::size_t columns;
+};
+
+// The columns that a panel of rotated rows holds at most.
+inline constexpr std::size_t panel_columns = 2560;
+
+struct EigenKernelTable {
+  // Σ x(k)·y(k) in eight lanes
+  double (*dot)(std::size_t n, const double* x, const double* y);
+  // On the leading rows of a packed triangle: A := A - u·qᵀ - q·uᵀ; p := A·w; and the latter with A as the former
+  // leaves it. No vector may lie in these rows.
+  void (*update)(std::size_t rows, double* a, const double* u, const double* q);
+  void (*multiply)(std::size_t rows, double* a, const double* w, double* p);
+  void (*update_and_multiply)(std::size_t rows, double* a, const double* u, const double* q, const double* w,
+                              double* p);
+  // applies a batch to all n rows of V
+  void (*rotate)(std::size_t n, double* v, const RotationBatch& batch);
+  // applies the reflectors in the rows 2..n-1 of a packed triangle to the n columns of V
+  void (*reflect)(std::size_t n, const double* a, double* v);
+};
+
+namespace sse4 {
+extern const EigenKernelTable eigen_kernel_table;
+}
+namespace avx2 {
+extern const EigenKernelTable eigen_kernel_table;
+}
+namespace avx512 {
+extern const EigenKernelTable eigen_kernel_table;
+}
+
+inline const EigenKernelTable& eigen_kernels() noexcept {
+  static constexpr TablePerLevel<EigenKernelTable> tables{
+      {&sse4::eigen_kernel_table, &avx2::eigen_kernel_table, &avx512::eigen_kernel_table}};
+  return tables.active();
+}
+
+}  // namespace zortav
