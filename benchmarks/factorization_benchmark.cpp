@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <random>
@@ -22,7 +23,6 @@ extern "C" {
 void dpotrf_(const char* uplo, const int32_t* n, double* a, const int32_t* lda, int32_t* info);
 void dpptrf_(const char* uplo, const int32_t* n, double* ap, int32_t* info);
 void openblas_set_num_threads(int threads);
-extern char** environ;
 }
 
 namespace {
@@ -163,9 +163,9 @@ BENCHMARK(bench_easlff_nt)->Apply(fronts);
 }  // namespace
 
 int main(int argc, char** argv) {
-  for (char** variable = environ; *variable != nullptr; ++variable) {
-    if (std::strncmp(*variable, "OPENBLAS_", 9) == 0) {
-      std::fprintf(stderr, "unset %s: it changes what OpenBLAS runs\n", *variable);
+  for (const char* name : {"OPENBLAS_NUM_THREADS", "OPENBLAS_CORETYPE"}) {
+    if (std::getenv(name) != nullptr) {
+      std::fprintf(stderr, "unset %s: it changes what OpenBLAS runs\n", name);
       return 1;
     }
   }

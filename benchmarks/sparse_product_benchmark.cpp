@@ -94,7 +94,7 @@ void product(Problem& problem) {
 
 void eaxmvm_symmetric(benchmark::State& state) {
   Problem problem(state);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     product(problem);
     benchmark::ClobberMemory();
   }
@@ -126,7 +126,7 @@ void cholmod_symmetric(benchmark::State& state) {
   }
   double one[2] = {1.0, 0.0};
   double zero[2] = {0.0, 0.0};
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     cholmod_sdmult(a, 0, one, zero, x, y, &common);
     benchmark::ClobberMemory();
   }

@@ -117,18 +117,12 @@ int run(const Options& options) {
     throw InputError("--modes " + std::to_string(modes) + ": there are only " +
                      std::to_string(structure.stiffness.order) + " unknowns");
   }
-  std::optional<modal::OutputFolder> folder;
-  if (options.out) {
-    folder.emplace(*options.out);  // before the long work, so that a bad folder is told at once
-  }
+  modal::OutputFolder folder(options.out);  // before the long work, so that a bad folder is told at once
   print_head(structure);
 
   const ModalResult result = solve(structure, options, modes);
   phases.insert(phases.end(), result.phases.begin(), result.phases.end());
-  std::string files;
-  if (folder) {
-    files = timed("writing", phases, [&] { return write_files(*folder, structure, result); });
-  }
+  const std::string files = timed("writing", phases, [&] { return write_files(folder, structure, result); });
 
   modal::print_mode_table(std::cout, structure, result);
   std::cout << '\n';
@@ -136,10 +130,7 @@ int run(const Options& options) {
   std::cout << "Factor: " << result.factor_entries << " entries, largest front " << result.largest_front
             << "; iterations: " << result.iterations << "\n\n";
   modal::print_phase_times(std::cout, phases);
-  if (folder) {
-    std::cout << "\nWrote " << files << " to " << *options.out << '\n';
-  }
-  std::cout << std::flush;
+  std::cout << "\nWrote " << files << " to " << options.out << '\n' << std::flush;
   if (!std::cout) {
     throw InputError("standard output cannot be written");
   }

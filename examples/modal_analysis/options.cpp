@@ -47,7 +47,6 @@ Options parse_options(int argc, const char* const* argv) {
   std::string mesh;
   std::string modes;
   std::string threads;
-  std::string out;
 
   CLI::App app(
       "The lowest modes of free vibration, K x = lambda M x, of a built-in model (the cantilevered\n"
@@ -61,9 +60,9 @@ Options parse_options(int argc, const char* const* argv) {
       app.add_option("--mass", options.mass, "mass matrix M [identity]")->type_name("M.mtx")->needs(stiffness_option);
   auto* modes_option =
       app.add_option("--modes", modes, "number of modes [" + std::to_string(usual_modes) + "]")->type_name("P");
-  auto* out_option = app.add_option("--out", out,
-                                    "folder for the modes as files [no files]: modes.vtk (ParaView)\n"
-                                    "and modes.svg of the built-in model, modes.mtx of matrices")
+  auto* out_option = app.add_option("--out", options.out,
+                                    "folder for the modes as files [" + options.out + "]: modes.vtk (ParaView)\n" +
+                                        "and modes.svg of the built-in model, modes.mtx of matrices")
                          ->type_name("DIR");
   auto* threads_option =
       app.add_option("--threads", threads, "number of threads [OMP_NUM_THREADS, else all cores]")->type_name("T");
@@ -89,9 +88,6 @@ Options parse_options(int argc, const char* const* argv) {
   }
   if (threads_option->count() > 0) {
     options.threads = whole_number("--threads", threads, most_threads);
-  }
-  if (out_option->count() > 0) {
-    options.out = out;
   }
   return options;
 }

@@ -15,7 +15,7 @@ struct Options {
   std::string stiffness;  // path; empty for the built-in model
   std::string mass;       // path; empty for the identity
   std::optional<int> modes;
-  std::optional<std::string> out;
+  std::string out = "modes-out";  // folder
   std::optional<int> threads;
   bool help = false;  // the help has been printed, nothing else is wanted
 };

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
 
 #include "ZORRuntime.h"
 #include "ZORTAVConfiguration.h"
@@ -31,6 +32,25 @@ TEST(Runtime, StopWritesItsTextFlushesAndExitsWithOne) {
   std::ifstream file(path);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "not yet written");
   std::filesystem::remove(path);
+}
+
+// Run in a child: SIGALRM ends it where the stop hangs.
+[[noreturn]] void stop_while_a_thread_waits_for_input() {
+  alarm(10);
+  int channel[2];
+  if (pipe(channel) != 0 || dup2(channel[0], STDIN_FILENO) != STDIN_FILENO) {
+    std::exit(3);
+  }
+  std::thread([] { std::fgetc(stdin); }).detach();
+  while (ftrylockfile(stdin) == 0) {  // until the reader has it
+    funlockfile(stdin);
+    std::this_thread::yield();
+  }
+  ZORRuntimeStop("stopped");
+}
+
+TEST(Runtime, StopDoesNotWaitForAnotherThreadsInput) {
+  EXPECT_EXIT(stop_while_a_thread_waits_for_input(), testing::ExitedWithCode(1), testing::Eq("stopped\n"));
 }
 
 // Run in a child: a trap that is left ends it.

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The order of eagemm's tests in a process whose threading mode is not 2: what is delegated, what is checked, what
 // stops.
+#include <fenv.h>
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
 
 #include "ZORMathematics.h"
 #include "matrix_kernels/product_oracle.h"
@@ -96,6 +100,11 @@ INSTANTIATE_TEST_SUITE_P(EachArgument, ProductStops,
                                          [](Call& x) { x.k = -1; }, [](Call& x) { x.lda = 1; },
                                          [](Call& x) { x.ldb = 1; }, [](Call& x) { x.ldc = 1; },
                                          [](Call& x) {
+                                           x.transa = 'T';  // a leading dimension is at least 1, whatever k is
+                                           x.k = x.lda = 0;
+                                         },
+                                         [](Call& x) { x.k = x.ldb = 0; },
+                                         [](Call& x) {
                                            x.transa = 'c';
                                            x.k = 3;  // A is 3 × 2 now, lda = 2 too small
                                            x.ldb = 3;
@@ -104,6 +113,48 @@ INSTANTIATE_TEST_SUITE_P(EachArgument, ProductStops,
                                            x.transb = 'T';
                                            x.n = 3;  // B is 3 × 2 now
                                          }));
+
+// The traps that are left of the divide-by-zero trap, run in a child.
+[[noreturn]] void exit_with_traps_after(const std::function<void()>& product) {
+  feenableexcept(FE_DIVBYZERO);
+  product();
+  std::exit(fegetexcept() == FE_DIVBYZERO ? 1 : fegetexcept() == 0 ? 0 : 2);
+}
+
+TEST(ProductRoutes, OnlyTheDelegatedRouteOfEagemmClearsTheTraps) {
+  const auto traps_left = testing::ExitedWithCode(1);
+  const auto traps_cleared = testing::ExitedWithCode(0);
+  Call x;
+  EXPECT_EXIT(exit_with_traps_after([&] { x.run(); }), traps_cleared, "");
+  x.alpha = -1.0;
+  EXPECT_EXIT(exit_with_traps_after([&] { x.run(); }), traps_cleared, "");
+  x.m = 0;  // delegated all the same
+  EXPECT_EXIT(exit_with_traps_after([&] { x.run(); }), traps_cleared, "");
+  x.alpha = 2.0;
+  EXPECT_EXIT(exit_with_traps_after([&] { x.run(); }), traps_left, "");
+  x.m = 2;
+  EXPECT_EXIT(exit_with_traps_after([&] { x.run(); }), traps_left, "");
+  const auto adapter = [&] {
+    prdgemm(&x.transa, &x.transb, &x.m, &x.n, &x.k, &x.alpha, x.a.data(), &x.lda, x.b.data(), &x.ldb, &x.beta,
+            x.c.data(), &x.ldc);
+  };
+  EXPECT_EXIT(exit_with_traps_after(adapter), traps_left, "");
+}
+
+// C - A·B by negating before and after leaves -0 where the other routes leave 0.
+TEST(ProductRoutes, NegationShowsInTheSignOfZero) {
+  Call x;
+  x.alpha = -1.0;
+  x.beta = 1.0;
+  x.c = {23, 34, 31, 46};
+  x.run();
+  EXPECT_TRUE(x.c[0] == 0.0 && std::signbit(x.c[0]));
+  x.c[0] = 23;
+  x.transa = 'T';
+  x.a = {1, 3, 2, 4};
+  x.run();
+  EXPECT_TRUE(x.c[0] == 0.0 && !std::signbit(x.c[0]));
+}
 
 TEST(ProductRoutes, PrdgemmReadsNeitherOptionsNorAlpha) {
   Call x;

@@ -55,7 +55,8 @@ inline LowerRows scattered_rows(int n, int nrows, int longest, int one_in_above,
 }
 
 // Rows of nodes with several unknowns each, as a finite-element mesh gives them: ascending, alike within a node. Then
-// `changes` column indices are replaced by arbitrary ones, so that rows are almost alike, columns stand twice or above.
+// `changes` column indices, each of one row or of all rows of a node, are replaced by others, so that rows are almost
+// alike, and columns stand twice or above their row.
 inline LowerRows node_rows(int nodes, int unknowns, int neighbours, int nrows, int changes, Random& random) {
   LowerRows a;
   a.n = nodes * unknowns;
@@ -78,16 +79,26 @@ inline LowerRows node_rows(int nodes, int unknowns, int neighbours, int nrows, i
       a.close_row(random);
     }
   }
+  const auto begin = [&](int row) { return row == 0 ? 0 : a.rowptr[static_cast<std::size_t>(row)]; };
+  const auto column_at = [&](int row, int place) -> std::int32_t& {
+    const std::int32_t p = begin(row) + place;
+    return a.colidx[static_cast<std::size_t>(p)];
+  };
   for (int change = 0; change < changes; ++change) {
     const int row = random.integer(0, a.nrows - 1);
-    const int begin = row == 0 ? 0 : a.rowptr[static_cast<std::size_t>(row)];
-    const int diagonal = a.rowptr[static_cast<std::size_t>(row) + 1] - 1;
-    if (begin < diagonal) {
-      const int p = random.integer(begin, diagonal - 1);
-      // Mostly a column that stands nearby already, sometimes any.
-      a.colidx[static_cast<std::size_t>(p)] =
-          random.integer(0, 2) > 0 ? a.colidx[static_cast<std::size_t>(random.integer(begin, diagonal - 1))]
-                                   : random.integer(1, a.n);
+    const int count = begin(row + 1) - 1 - begin(row);
+    if (count > 0) {
+      const int place = random.integer(0, count - 1);
+      const int column =
+          random.integer(0, 2) == 0 ? random.integer(1, a.n) : column_at(row, random.integer(0, count - 1));
+      const bool whole_node = random.integer(0, 1) == 0;
+      const int first = whole_node ? row - row % unknowns : row;
+      const int last = whole_node ? std::min(first + unknowns, a.nrows) - 1 : row;
+      for (int r = first; r <= last; ++r) {
+        if (place < begin(r + 1) - 1 - begin(r)) {
+          column_at(r, place) = column;
+        }
+      }
     }
   }
   return a;

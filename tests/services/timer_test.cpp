@@ -159,6 +159,13 @@ TEST(Timer, KeepsItsFieldsInOrder) {
   EXPECT_EQ(look(timer).cpu, timer.GetCPU());
   EXPECT_EQ(look(timer).elapsed, timer.GetElapsed());
   EXPECT_NE(timer.GetCPU(), timer.GetElapsed());
+
+  const double elapsed_at_reset = ZORGetTickCount() / 1000.0;
+  const double cpu_start = look(timer).cpu_start;
+  timer.Reset();
+  EXPECT_EQ(look(timer).running, 0);
+  EXPECT_GE(look(timer).elapsed_start, elapsed_at_reset);
+  EXPECT_GT(look(timer).cpu_start, cpu_start);
 }
 
 }  // namespace

@@ -23,7 +23,9 @@ inline std::uint64_t bits(double x) {
 }
 
 // Equal to the last bit; any NaN equals any NaN.
-inline bool same_bits(double x, double y) { return bits(x) == bits(y) || (x != x && y != y); }
+inline bool same_bits(double x, double y) {
+  return bits(x) == bits(y) || (x != x && y != y);
+}
 
 class Random {
  public:

@@ -3,8 +3,8 @@
  *
  *   A = Z·diag(d)·Zᵀ:   T = Qᵀ·A·Q (eaxetr),   T = S·diag(d)·Sᵀ (eaxeql),   order (eaxeor),   Z = Q·S (eaxevp).
  *
- * Packed by rows: element (i, j), j <= i, of the lower triangle stands at position i(i-1)/2 + j, counted from 1, so that
- * row i is contiguous and ends with its diagonal. V is n x n by columns with leading dimension n.
+ * Packed by rows: element (i, j), j <= i, of the lower triangle stands at position i(i-1)/2 + j, counted from 1, so
+ * that row i is contiguous and ends with its diagonal. V is n x n by columns with leading dimension n.
  *
  * What holds for every entry point here
  * - Arrays must not overlap each other. Elements that are not named are neither read nor written.
@@ -46,10 +46,10 @@ ZORTAV_ENTRY int32_t eaxeig(const int32_t* n, const int32_t* ord, double* a, dou
  * T = Qᵀ·A·Q, tridiagonal, by Householder reflectors I − u·uᵀ/h, rows taken from the last one upward.
  *
  * For i = n, ..., 3 with l = i − 1: h = Σ a(i,k)² over k <= l (8), not scaled. If h = 0: e(i) = a(i,l), d(i) = a(i,i),
- * a(i,i) := 0. Otherwise f = a(i,l), g = −√h for f >= 0 and +√h for f < 0, e(i) = g, h := h − f·g, a(i,l) := f − g; with
- * u = a(i,1..l): p = A·u·(1/h) over the leading l x l block, p := p − (Σ p(j)·u(j) (8) / (h + h))·u and
- * A := A − u·pᵀ − p·uᵀ, the two products subtracted one after the other; d(i) = a(i,i), a(i,i) := h. Element j of A·u
- * is the sum of a(j,k)·u(k) over k <= j (8), to which the terms a(k,j)·u(k), k > j, are added in ascending order.
+ * a(i,i) := 0. Otherwise f = a(i,l), g = −√h for f >= 0 and +√h for f < 0, e(i) = g, h := h − f·g, a(i,l) := f − g;
+ * with u = a(i,1..l): p = A·u·(1/h) over the leading l x l block, p := p − (Σ p(j)·u(j) (8) / (h + h))·u and A := A −
+ * u·pᵀ − p·uᵀ, the two products subtracted one after the other; d(i) = a(i,i), a(i,i) := h. Element j of A·u is the sum
+ * of a(j,k)·u(k) over k <= j (8), to which the terms a(k,j)·u(k), k > j, are added in ascending order.
  *
  * @param n [in] order of A. n < 2: d(1) = a(1), e(1) = 0, and nothing else is touched.
  * @param a [in/out] packed by rows, n(n+1)/2 elements. On return row i >= 3 holds the reflector u in its first i − 1

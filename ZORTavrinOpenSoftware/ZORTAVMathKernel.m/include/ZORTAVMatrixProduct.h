@@ -23,26 +23,30 @@
  * @param ldc    [in] leading dimension of C, at least max(1, m).
  *
  * Reads the m × k and k × n elements of op(A) and op(B), none of them when alpha = 0 or k = 0. Reads and writes the
- * leading m rows of each column of C; the rows m+1..ldc are never touched. C must not overlap A or B.
+ * leading m rows of each column of C; the rows m+1..ldc are never touched. C must not overlap A or B. Arrays lie on
+ * their element's 8-byte boundary; more is not needed.
  *
  * Zeros and NaN: with beta = 0 what C held before, NaN and infinity included, does not reach the result; with alpha = 0
- * neither A nor B does. Otherwise NaN and infinity follow the arithmetic.
+ * neither A nor B does. Otherwise NaN and infinity follow the arithmetic. Where alpha = -1 is reached by negating C
+ * (test 1 below), a sum that is exactly zero comes out as -0.
  *
  * Order of the tests, which decides what a malformed call meets:
- *   1. While the threading mode (ehaldb) is not 2, a call with op(A) = A, op(B) = B, alpha = ±1 and beta = 0 or 1 goes to
- *      the framework's product (prdgemm) with no argument checked, and clrfpe is called after it. alpha = -1 is reached
- *      by negating C before (beta = 1) and after.
+ *   1. While the threading mode (ehaldb) is not 2, a call with op(A) = A, op(B) = B, alpha = ±1 and beta = 0 or 1 goes
+ *      to the framework's product (prdgemm) with no argument checked, and clrfpe is called after it. alpha = -1 is
+ *      reached by negating C before (beta = 1) and after.
  *   2. m = 0 or n = 0 returns, whatever the other arguments hold.
  *   3. (alpha = 0 or k = 0) and beta = 1 returns.
  *   4. A bad transa, transb, m, n, k, lda, ldb or ldc stops the process with "DGEMM FATAL ERROR"; C is untouched.
  *
  * Threads: outside the delegated route each pass over one column block of C (1024 columns, 96 when B is transposed) and
- * one depth block (248) is one parallel region that divides the rows of C by blocks of 80. May be called from several
- * threads at once on disjoint C. Stack: at most 170 KiB on every thread, 360 KiB on the caller; nothing on the heap.
+ * one depth block (248) is one parallel region that divides the rows of C by blocks of 80; with m <= 80 there is
+ * nothing to divide and the caller works alone. May be called from several threads at once on disjoint C. Stack: at
+ * most 170 KiB on every thread, 360 KiB on the caller; nothing on the heap.
  *
  * Reproducibility: every element starts from beta·C and adds its products by depth blocks, in eight lanes and one final
- * tree; the bits do not depend on the route, the thread count or the alignment. AVX2 and AVX-512 agree to the bit (fused
- * multiply-add); SSE4.2 rounds product and sum separately. Error: |C - Ĉ| ≤ (k + 8)·u·(|alpha||A||B| + |beta||C|) to first order.
+ * tree; the bits do not depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2
+ * and AVX-512 agree to the bit (fused multiply-add); SSE4.2 rounds product and sum separately.
+ * Error: |C - Ĉ| ≤ (k + 8)·u·(|alpha||A||B| + |beta||C|) to first order.
  *
  * Source: J. J. Dongarra et al., "A set of level 3 basic linear algebra subprograms", ACM TOMS 16 (1990);
  * K. Goto, R. A. van de Geijn, "Anatomy of high-performance matrix multiplication", ACM TOMS 34 (2008).

@@ -8,13 +8,11 @@
 #include <vector>
 
 #include "ZORTAVFactorization.h"
-#include "ZORTAVVectorKernels.h"
 
 namespace modal {
 namespace {
 
 constexpr std::int32_t ratio_too_small = 34;
-constexpr std::int32_t unit = 1;
 
 // The entries of the matrix by the column of the factor that they enter, in elimination order.
 struct PermutedColumns {

@@ -26,9 +26,9 @@ struct PhaseTime {
 };
 
 struct ModalResult {
-  std::vector<double> eigenvalue;   // ascending, (rad/s)² for the built-in model
-  std::vector<double> mode;         // order × modes, column by column, M-normalised, sign fixed
-  std::vector<double> residual;     // ‖K·x − λ·M·x‖ / ‖K·x‖
+  std::vector<double> eigenvalue;  // ascending, (rad/s)² for the built-in model
+  std::vector<double> mode;        // order × modes, column by column, M-normalised, sign fixed
+  std::vector<double> residual;    // ‖K·x − λ·M·x‖ / ‖K·x‖
   int iterations = 0;
   double shift = 0.0;               // σ of the final check, just above the last mode found
   int below_shift = 0;              // eigenvalues below σ: negative pivots of K − σ·M

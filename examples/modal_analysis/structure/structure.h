@@ -12,16 +12,16 @@ namespace modal {
 
 // A plane mesh of eight-node quadrilaterals: corners counter-clockwise, then the mid-side node after each corner.
 struct Mesh {
-  std::vector<std::array<double, 2>> node;              // metres
-  std::vector<std::array<std::int32_t, 8>> element;     // node numbers from 0
-  std::vector<std::array<std::int32_t, 2>> equation;    // per node and direction: unknown from 0, or -1 when fixed
+  std::vector<std::array<double, 2>> node;            // metres
+  std::vector<std::array<std::int32_t, 8>> element;   // node numbers from 0
+  std::vector<std::array<std::int32_t, 2>> equation;  // per node and direction: unknown from 0, or -1 when fixed
 };
 
 struct Structure {
   std::string title;
-  SymmetricMatrix stiffness;  // N/m for the built-in model
-  SymmetricMatrix mass;       // kg for the built-in model
-  Mesh mesh;                  // empty when the matrices came from files
+  SymmetricMatrix stiffness;                // N/m for the built-in model
+  SymmetricMatrix mass;                     // kg for the built-in model
+  Mesh mesh;                                // empty when the matrices came from files
   std::vector<double> published_frequency;  // Hz, mode by mode; may be shorter than the modes asked for
 };
 

@@ -7,7 +7,6 @@
 #include "algorithms/factor_kernel_table.h"
 
 namespace zortav::ZORTAV_LEVEL {
-extern const FactorKernelTable factor_kernel_table;
 const FactorKernelTable factor_kernel_table{
     .factor_rows = factor_rows,
     .eliminate_front = eliminate_front,

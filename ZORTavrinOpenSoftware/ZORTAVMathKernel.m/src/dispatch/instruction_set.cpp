@@ -29,7 +29,9 @@ Cpuid cpuid(unsigned leaf) {
   return r;
 }
 
-constexpr bool has_all(std::uint64_t word, std::uint64_t bits) { return (word & bits) == bits; }
+constexpr bool has_all(std::uint64_t word, std::uint64_t bits) {
+  return (word & bits) == bits;
+}
 
 std::uint64_t saved_register_sets() {
   std::uint32_t low = 0;

@@ -86,6 +86,10 @@ void multiply_symmetric(const SparseRows& a, const Vectors& vectors, std::int64_
     kernels.symmetric[few - 1](a, vectors.n, vectors.x, vectors.y);
   }
   const std::int64_t groups = nvec / group_width;
+  if (groups == 0) {
+    return;
+  }
+  // A single group leaves nothing to divide: the region is then entered without a fork.
 #pragma omp parallel if (groups > 1) default(none) shared(a, vectors, kernels, few, groups)
   {
     // The schedule gives every thread one contiguous range of groups; the range is noted, then swept.

@@ -6,7 +6,6 @@
 #include "matrix_kernels/sparse_kernel_table.h"
 
 namespace zortav::ZORTAV_LEVEL {
-extern const SparseKernelTable sparse_kernel_table;
 const SparseKernelTable sparse_kernel_table{
     .diagonal = diagonal_product,
     .lower = {sweep<false, PlainGroup<1>>, sweep<false, TiledGroup<2>>, sweep<false, PlainGroup<3>>,

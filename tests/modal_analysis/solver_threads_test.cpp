@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// Threads change times, not results. Run with OMP_NUM_THREADS above 1.
+#include <gtest/gtest.h>
+#include <omp.h>
+
+#include "ZORTAVConfiguration.h"
+#include "modal_analysis/solver_matrices.h"
+#include "modes/modal_solver.h"
+
+namespace {
+
+class Quiet : public modal::Progress {
+  void step(const char* /*phase*/, double /*done*/, double /*total*/) override {}
+};
+
+// The library takes another route with one thread than with several; the results are the same to the last bit.
+TEST(SolverThreads, SameBitsWithAnyNumberOfThreads) {
+  const modal::SymmetricMatrix k = modaltest::laplacian(47, 37);
+  const modal::SymmetricMatrix m = modaltest::random_dominant(k.order, 3.0, 21);
+  Quiet quiet;
+  const modal::ModalResult before =
+      modal::find_lowest_modes(k, m, 5, quiet);  // the threading mode is not determined yet
+  std::int32_t decision = 0;
+  ehaldb(&decision);
+  for (const int threads : {1, 3}) {
+    omp_set_num_threads(threads);
+    const modal::ModalResult result = modal::find_lowest_modes(k, m, 5, quiet);
+    zortest::expect_same_bits(before.eigenvalue, result.eigenvalue);
+    zortest::expect_same_bits(before.mode, result.mode);
+    EXPECT_EQ(before.iterations, result.iterations);
+    EXPECT_EQ(before.shift, result.shift);
+  }
+}
+
+}  // namespace
