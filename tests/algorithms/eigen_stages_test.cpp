@@ -200,6 +200,15 @@ TEST(eaxeql, sweeps_that_outgrow_its_buffers) {
   check_iteration(n, random.vector(size(n)), e, random.vector(size(n) * size(n)), 1);
 }
 
+TEST(eaxeql, sweeps_too_far_apart_for_one_panel) {
+  // Two pairs of planes, at both ends of an order beyond the columns that a panel of rows holds.
+  Random random(4308);
+  const int n = 2700;
+  Numbers e(size(n));
+  e[1] = e[2] = e[size(n) - 2] = e[size(n) - 1] = 0.5;
+  check_iteration(n, random.vector(size(n)), e, random.vector(size(n) * size(n)), 0);
+}
+
 TEST(eaxeql, gives_up_after_thirty_iterations) {
   // The leading block of two converges; what follows it holds a NaN and never does.
   Random random(4306);
@@ -317,7 +326,10 @@ TEST(eaxeor, below_two_touches_nothing) {
 
 TEST(eaxevp, is_the_plain_loop_bit_for_bit) {
   Random random(4307);
-  for (const int n : orders()) {
+  std::vector<int> all_orders = orders();
+  // As many reflectors as one block takes, one more, and a second block of many.
+  all_orders.insert(all_orders.end(), {256, 257, 301});
+  for (const int n : all_orders) {
     SCOPED_TRACE(n);
     Numbers a = random.vector(packed(n));
     const oracle::Triangle at{a};

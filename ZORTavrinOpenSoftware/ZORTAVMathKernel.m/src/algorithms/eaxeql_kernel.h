@@ -8,7 +8,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 
 #include "algorithms/eigen_kernel_table.h"
 #include "algorithms/eigen_octet.h"
@@ -20,7 +19,7 @@ namespace {
 constexpr std::size_t cache_line = 64;
 
 struct alignas(cache_line) Panel {
-  double x[panel_columns * octet];
+  double x[panel_columns * panel_rows];
 };
 
 // A panel of Wide registers of rows; column i of V stands at x + (i - first)·width.
@@ -151,7 +150,8 @@ void rotate_rows(std::size_t rows, std::size_t n, double* v, const RotationBatch
 }
 
 void rotate(std::size_t n, double* v, const RotationBatch& batch) {
-  constexpr std::size_t capacity = panel_columns * octet;
+  constexpr std::size_t capacity = panel_columns * panel_rows;
+  static_assert(register_lanes <= panel_rows);
   Panel panel;
   v += batch.first * n;
   std::size_t row = 0;

@@ -46,7 +46,7 @@ class RotationRecorder {
   }
 
  private:
-  // 192 KiB and 12 KiB; with the panel of 160 KiB that the rotations are applied in, less than 384 KiB of stack.
+  // 192 KiB and 12 KiB of the caller's stack.
   static constexpr std::size_t most_rotations = 12288;
   static constexpr std::size_t most_runs = 512;
   static constexpr std::size_t longest_run = 2048;
@@ -62,5 +62,9 @@ class RotationRecorder {
   RotationRun run_[most_runs];
   Rotation rotation_[most_rotations];
 };
+
+// A call may take 384 KiB of a thread's stack. What is not left to the recorder and to the panel that its rotations are
+// applied in is ample for the frames themselves.
+static_assert(sizeof(RotationRecorder) + panel_columns * panel_rows * sizeof(double) <= (384 - 16) * 1024);
 
 }  // namespace zortav

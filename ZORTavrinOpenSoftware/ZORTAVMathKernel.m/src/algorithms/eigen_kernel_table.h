@@ -30,8 +30,9 @@ struct RotationBatch {
   std::size_t columns;
 };
 
-// The columns that a panel of rotated rows holds at most.
+// The columns that a panel of rotated rows holds at most, and the rows that it holds with so many columns.
 inline constexpr std::size_t panel_columns = 2560;
+inline constexpr std::size_t panel_rows = 8;
 
 struct EigenKernelTable {
   // Σ x(k)·y(k) in eight lanes

@@ -10,6 +10,14 @@ namespace {
 
 constexpr std::int32_t type_integer4 = 3;
 
+// Entries first+1..last, the rows of their block beginning behind ptr. Counted in 64 bits: a count of 2^31-1 is
+// allowed.
+void point_to_last_entries(std::int64_t first, std::int64_t last, const std::int32_t* row_of, std::int32_t* ptr) {
+  for (std::int64_t e = first + 1; e <= last; ++e) {
+    ptr[row_of[e - 1]] = static_cast<std::int32_t>(e);
+  }
+}
+
 // Rows first+1..last.
 void repeat_over_empty_rows(std::int32_t first, std::int32_t last, std::int32_t* ptr) {
   for (std::int64_t l = std::int64_t{first} + 1; l <= last; ++l) {
@@ -25,12 +33,8 @@ void eaupne(const int32_t* q, const int32_t* m, const int32_t* p, const int32_t*
             int32_t* ptr) {
   const std::int32_t pointers = *nrows + 1;
   eaxraz(&type_integer4, ptr, &pointers);
-  for (std::int32_t e = 1; e <= *m; ++e) {
-    ptr[row_of[e - 1]] = e;
-  }
+  point_to_last_entries(0, *m, row_of, ptr);
   repeat_over_empty_rows(0, *p, ptr);
-  for (std::int32_t e = *m + 1; e <= *q; ++e) {
-    ptr[std::int64_t{*p} + row_of[e - 1]] = e;
-  }
+  point_to_last_entries(*m, *q, row_of, ptr + *p);
   repeat_over_empty_rows(*p, *nrows, ptr);
 }

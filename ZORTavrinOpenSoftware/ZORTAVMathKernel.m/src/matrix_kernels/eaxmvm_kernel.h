@@ -106,8 +106,10 @@ HWY_NOINLINE void row_block(const Group group, std::int64_t i, const std::int32_
 // Entries p..end-1 of row i (counted from 1), the first of them in a column that lies in no tile, and the row's end.
 template <class Group>
 HWY_NOINLINE void untiled_rest(const Group group, const SparseRows a, std::int64_t i, std::int64_t p, std::int64_t end,
-                               typename Group::Pack xi, typename Group::Pack s) {
+                               const typename Group::Pack& sum_before) {
   using Pack = typename Group::Pack;
+  const Pack xi = group.x(i);
+  Pack s = sum_before;
   for (; p < end; ++p) {
     const std::int64_t j = a.colidx[p];
     s = Group::sum(s, Group::product(a.values[p], group.x(j)));
@@ -148,7 +150,9 @@ HWY_INLINE void single_row(const Group& group, const SparseRows& a, std::int64_t
   }
   if constexpr (symmetric && Group::has_untiled_rows) {
     if (p < end || i >= group.tiled_rows()) [[unlikely]] {
-      untiled_rest(group, a, i + 1, p, end, xi, s);
+      // By reference: not every platform aligns vectors that are passed by value. The copy keeps s in registers.
+      const Pack sum_before = s;
+      untiled_rest(group, a, i + 1, p, end, sum_before);
       return;
     }
   }

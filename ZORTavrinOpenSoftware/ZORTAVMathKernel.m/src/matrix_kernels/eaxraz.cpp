@@ -2,7 +2,6 @@
 // Clears count elements of an array: numbers to 0, characters to blanks, by the code of their type.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 
 #include "ZORTAVSparseKernels.h"
