@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <memory>
 #include <thread>
 
 #include "ZORTAVConfiguration.h"
@@ -15,6 +17,7 @@
 
 namespace {
 
+using zortest::Operands;
 using zortest::ProductCase;
 using zortest::Random;
 
@@ -34,78 +37,65 @@ class ModeTwo : public testing::Environment {
 
 [[maybe_unused]] const testing::Environment* const mode_two = testing::AddGlobalTestEnvironment(new ModeTwo);
 
-struct Operands {
-  ProductCase x;
-  std::vector<double> a, b, c;
-  explicit Operands(const ProductCase& size) : x(size) {
-    Random random(20263);
-    a = random.vector(x.a_size());
-    b = random.vector(x.b_size());
-    c = random.vector(x.c_size());
-  }
-  std::vector<double> run() const { return zortest::library_product(x, a, b, c); }
-};
+Operands random_operands(const ProductCase& x) {
+  Random random(20263);
+  return {x, random};
+}
 
 TEST(ProductThreads, ThePlainProductIsCheckedInThisMode) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
-  const ProductCase x{'N', 'N', 4, 4, 4, 1.0, 0.0, -1};
-  EXPECT_EXIT(zortest::library_product(x, std::vector<double>(32), std::vector<double>(32), std::vector<double>(32)),
-              testing::ExitedWithCode(1), "^DGEMM FATAL ERROR\n$");
+  const Operands operands = random_operands({'N', 'N', 4, 4, 4, 1.0, 0.0, -1});
+  EXPECT_EXIT(operands.product(), testing::ExitedWithCode(1), "^DGEMM FATAL ERROR\n$");
 }
 
 TEST(ProductThreads, TheTeamDoesNotShowInTheBits) {
   for (const char* ops : {"NN", "TT"}) {
-    const Operands operands({ops[0], ops[1], 403, 130, 300, -1.25, 0.5});
-    omp_set_num_threads(1);
-    const auto expected = operands.run();
-    for (const int threads : {2, 3, 7}) {
+    const Operands operands = random_operands({ops[0], ops[1], 403, 130, 300, -1.25, 0.5});
+    const auto expected = operands.in_stated_order();
+    for (const int threads : {1, 2, 3, 7}) {
       omp_set_num_threads(threads);
-      zortest::expect_same_bits(expected, operands.run());
+      zortest::expect_same_bits(expected, operands.product());
     }
   }
   omp_set_num_threads(2);
 }
 
 TEST(ProductThreads, SeveralCallersAtOnce) {
-  const Operands operands({'N', 'T', 170, 97, 250, 1.0, 1.0});
-  const auto expected = operands.run();
+  const Operands operands = random_operands({'N', 'T', 170, 97, 250, 1.0, 1.0});
   std::vector<std::vector<double>> results(8);
   std::vector<std::thread> callers;
   callers.reserve(results.size());
   for (auto& result : results) {
-    callers.emplace_back([&result, &operands] { result = operands.run(); });
+    callers.emplace_back([&result, &operands] { result = operands.product(); });
   }
   for (auto& caller : callers) {
     caller.join();
   }
   for (const auto& result : results) {
-    zortest::expect_same_bits(expected, result);
+    zortest::expect_same_bits(operands.in_stated_order(), result);
   }
 }
 
 // How many bytes of its stack a thread wrote to, found by painting the stack before.
-std::size_t stack_written_by(void* (*run)(void*), void* argument) {
+std::size_t stack_written_by(std::function<void()> run) {
   constexpr std::size_t size = 1024 * 1024;
+  constexpr std::size_t page = 4096;
   constexpr unsigned char paint = 0xA5;
-  const std::size_t page = 4096;
-  void* const stack = std::aligned_alloc(page, size);
-  if (stack == nullptr) {
-    return 0;
-  }
-  std::memset(stack, paint, size);
+  const std::unique_ptr<void, decltype(&std::free)> stack(std::aligned_alloc(page, size), &std::free);
+  std::memset(stack.get(), paint, size);
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
-  pthread_attr_setstack(&attributes, stack, size);
+  pthread_attr_setstack(&attributes, stack.get(), size);
   pthread_t thread;
-  const bool started = pthread_create(&thread, &attributes, run, argument) == 0;
-  if (started) {
-    pthread_join(thread, nullptr);
-  }
+  const auto start = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  EXPECT_EQ(0, pthread_create(&thread, &attributes, start, &run));
+  pthread_join(thread, nullptr);
   pthread_attr_destroy(&attributes);
-  const auto* const bytes = static_cast<const unsigned char*>(stack);
-  const auto untouched = std::find_if(bytes, bytes + size, [](unsigned char b) { return b != paint; }) - bytes;
-  std::free(stack);
-  return started ? size - static_cast<std::size_t>(untouched) : 0;
+  const auto* const bytes = static_cast<const unsigned char*>(stack.get());
+  return static_cast<std::size_t>(bytes + size - std::find_if(bytes, bytes + size, [](auto b) { return b != paint; }));
 }
 
 TEST(ProductThreads, TheStackOfACallIsBounded) {
@@ -113,21 +103,10 @@ TEST(ProductThreads, TheStackOfACallIsBounded) {
   GTEST_SKIP() << "the sanitizer widens every frame";
 #endif
   // Both transposed: the caller carries both packing buffers.
-  struct Task {
-    const Operands operands{{'T', 'T', 170, 97, 250, 1.0, 1.0}};
-    std::vector<double> result;
-  } task;
-  const auto expected = task.operands.run();
-  const std::size_t written = stack_written_by(
-      [](void* argument) -> void* {
-        auto* const given = static_cast<Task*>(argument);
-        given->result = given->operands.run();
-        return nullptr;
-      },
-      &task);
+  const Operands operands = random_operands({'T', 'T', 170, 97, 250, 1.0, 1.0});
+  const std::size_t written = stack_written_by([&operands] { operands.product(); });
   EXPECT_GT(written, 248U * (80 + 96) * sizeof(double)) << "not all of it was seen";
   EXPECT_LE(written, 384U * 1024);
-  zortest::expect_same_bits(expected, task.result);
 }
 
 }  // namespace

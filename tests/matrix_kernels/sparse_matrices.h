@@ -80,24 +80,24 @@ inline LowerRows node_rows(int nodes, int unknowns, int neighbours, int nrows, i
     }
   }
   const auto begin = [&](int row) { return row == 0 ? 0 : a.rowptr[static_cast<std::size_t>(row)]; };
-  const auto column_at = [&](int row, int place) -> std::int32_t& {
-    const std::int32_t p = begin(row) + place;
-    return a.colidx[static_cast<std::size_t>(p)];
+  const auto count = [&](int row) { return begin(row + 1) - 1 - begin(row); };
+  const auto column = [&](int row, int place) -> std::int32_t& {
+    return a.colidx[static_cast<std::size_t>(begin(row) + place)];
   };
-  for (int change = 0; change < changes; ++change) {
+  for (; changes > 0; --changes) {
     const int row = random.integer(0, a.nrows - 1);
-    const int count = begin(row + 1) - 1 - begin(row);
-    if (count > 0) {
-      const int place = random.integer(0, count - 1);
-      const int column =
-          random.integer(0, 2) == 0 ? random.integer(1, a.n) : column_at(row, random.integer(0, count - 1));
-      const bool whole_node = random.integer(0, 1) == 0;
-      const int first = whole_node ? row - row % unknowns : row;
-      const int last = whole_node ? std::min(first + unknowns, a.nrows) - 1 : row;
-      for (int r = first; r <= last; ++r) {
-        if (place < begin(r + 1) - 1 - begin(r)) {
-          column_at(r, place) = column;
-        }
+    if (count(row) == 0) {
+      continue;
+    }
+    const int place = random.integer(0, count(row) - 1);
+    const int other =
+        random.integer(0, 2) == 0 ? random.integer(1, a.n) : column(row, random.integer(0, count(row) - 1));
+    const bool whole_node = random.integer(0, 1) == 0;
+    const int first = whole_node ? row - row % unknowns : row;
+    const int last = whole_node ? std::min(first + unknowns, a.nrows) - 1 : row;
+    for (int r = first; r <= last; ++r) {
+      if (place < count(r)) {
+        column(r, place) = other;
       }
     }
   }
@@ -133,13 +133,9 @@ inline std::vector<double> product_in_order(int mode, const LowerRows& a, int nv
   return y;
 }
 
-inline void call_eaxmvm(int mode, const LowerRows& a, int nvec, const double* x, double* y) {
-  const std::int32_t mode32 = mode;
+inline void call_eaxmvm(std::int32_t mode, const LowerRows& a, std::int32_t nvec, const double* x, double* y) {
   const std::int32_t nnz = a.nnz();
-  const std::int32_t nrows = a.nrows;
-  const std::int32_t n = a.n;
-  const std::int32_t nvec32 = nvec;
-  eaxmvm(&mode32, &nnz, &nrows, &n, &nvec32, a.colidx.data(), a.rowptr.data(), a.values.data(), x, y);
+  eaxmvm(&mode, &nnz, &a.nrows, &a.n, &nvec, a.colidx.data(), a.rowptr.data(), a.values.data(), x, y);
 }
 
 }  // namespace zortest
