@@ -92,6 +92,17 @@ std::string write_files(modal::OutputFolder& folder, const Structure& structure,
   return names;
 }
 
+std::string refusal_text(const Options& options, const modal::PivotRefused& refused) {
+  constexpr int ratio_too_small = 34;
+  const std::string matrix = options.stiffness.empty() ? "the built-in model" : options.stiffness;
+  return matrix + ": equation " + std::to_string(refused.equation) + ": pivot status " +
+         std::to_string(refused.status) + ", pivot " + modal::short_text(refused.value) +
+         (refused.status == ratio_too_small ? " times its initial diagonal: " : ": ") +
+         (refused.shift == 0.0 ? "the matrix is singular or not positive definite"
+                               : "K - s*M, s = " + modal::short_text(refused.shift) +
+                                     ", cannot be factored to check that no mode was missed");
+}
+
 ModalResult solve(const Structure& structure, const Options& options, int modes) {
   const auto start = std::chrono::steady_clock::now();
   modal::ProgressBar progress(std::cerr, isatty(fileno(stderr)) != 0, [start] {
@@ -100,10 +111,7 @@ ModalResult solve(const Structure& structure, const Options& options, int modes)
   try {
     return modal::find_lowest_modes(structure.stiffness, structure.mass, modes, progress);
   } catch (const modal::PivotRefused& refused) {
-    throw InputError((options.stiffness.empty() ? "the built-in model" : options.stiffness) + ": equation " +
-                     std::to_string(refused.equation) + ": pivot status " + std::to_string(refused.status) +
-                     ", pivot " + modal::short_text(refused.value) +
-                     ": the matrix is singular or not positive definite");
+    throw InputError(refusal_text(options, refused));
   }
 }
 

@@ -143,6 +143,12 @@ TEST_F(MatrixMarket, AFaultIsNamedWithItsLine) {
 TEST_F(MatrixMarket, FilesThatAreNotThereOrNoMass) {
   EXPECT_THROW(modal::read_symmetric_matrix((folder_ / "none.mtx").string(), 0), modal::InputError);
   EXPECT_THROW(modal::read_symmetric_matrix(folder_.string(), 0), modal::InputError);
+  try {
+    modal::read_symmetric_matrix("/dev/zero", 0);  // neither this nor a pipe can be read twice
+    FAIL() << "not a file";
+  } catch (const modal::InputError& error) {
+    EXPECT_STREQ(error.what(), "/dev/zero: not a regular file");
+  }
   const std::string k = file(coordinate + "symmetric\n2 2 2\n1 1 4\n2 2 9\n");
   const std::string head = coordinate + "symmetric\n2 2 2\n1 1 0\n2 2 ";
   EXPECT_THROW(modal::read_structure(k, file(head + "-1\n", "M.mtx")), modal::InputError);

@@ -245,6 +245,9 @@ TEST_F(Program, NamesTheEquationAndTheStatusOfARefusedPivot) {
     const std::string said = run(std::string("--modes 1 --stiffness ") + name).err;
     EXPECT_TRUE(said.find("status 6,") != std::string::npos || said.find("status 34,") != std::string::npos) << said;
   }
+  write("ratio.mtx", symmetric + "2 2 2\n1 1 4\n2 2 -5\n");
+  expect_refused("--modes 1 --out o --stiffness ratio.mtx",
+                 {"equation 2: pivot status 34, pivot -1 times its initial"});
   EXPECT_FALSE(fs::exists(path("o")));
 }
 

@@ -228,6 +228,9 @@ TEST_F(Folder, AFailureLeavesWhatWasThere) {
   { const modal::OutputFolder unused((root_ / "new" / "deep").string()); }
   EXPECT_FALSE(fs::exists(root_ / "new")) << "an empty folder was left";
   EXPECT_THROW(modal::OutputFolder((root_ / "one" / "x").string()), modal::InputError);
+  const std::string no_name(300, 'x');  // longer than a file system takes
+  EXPECT_THROW(modal::OutputFolder((root_ / "new" / "deep" / no_name).string()), modal::InputError);
+  EXPECT_FALSE(fs::exists(root_ / "new")) << "the folders made on the way were left";
   EXPECT_THROW(modal::OutputFolder(""), modal::InputError);
   EXPECT_THROW(modal::OutputFolder("/proc/modes-out"), modal::InputError);
 }

@@ -129,6 +129,20 @@ TEST(SolverFactor, ShiftOnASingularPivotIsMovedAside) {
   EXPECT_NE(count.shift, 10.1);
 }
 
+TEST(SolverFactor, TellsTheShiftAtWhichNothingCanBeCounted) {
+  // [0 1; 1 0] - σ·[0 0; 0 1]: the first pivot is zero at every shift.
+  const SymmetricMatrix k{2, {0, 1, 3}, {1, 1, 2}, {0.0, 1.0, 0.0}};
+  try {
+    modal::count_eigenvalues(k, modaltest::diagonal({0.0, 1.0}), plan(k), 1.0, 2.0);
+    FAIL() << "counted without a factor";
+  } catch (const modal::PivotRefused& refused) {
+    EXPECT_EQ(refused.equation, 1);
+    EXPECT_EQ(refused.status, 6);
+    EXPECT_GT(refused.shift, 1.0);
+    EXPECT_LT(refused.shift, 2.0);
+  }
+}
+
 TEST(SolverFactor, ShiftedUnitesPatterns) {
   Builder k(3);
   k.add(0, 0, 2.0);

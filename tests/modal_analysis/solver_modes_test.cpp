@@ -265,6 +265,7 @@ TEST(SolverModes, RefusesWhatItCannotSolve) {
     EXPECT_EQ(refused.equation, 18);
     EXPECT_EQ(refused.status, 34);
     EXPECT_EQ(refused.value, -1.0);
+    EXPECT_EQ(refused.shift, 0.0);
   }
 }
 

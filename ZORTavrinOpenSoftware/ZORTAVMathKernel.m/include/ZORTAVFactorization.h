@@ -53,9 +53,10 @@ ZORTAV_ENTRY void eaxfch2(const int32_t* n, const int32_t* n1, const int32_t* n2
  * @param n     [in]  order of the front.
  * @param m     [in]  number of leading equations to eliminate, 0 <= m <= n.
  * @param a     [in/out] the front, lower triangle packed by columns (column j holds rows j..n). Returns d(j) and
- * l(i,j), i > j, in columns 1..m (the unit diagonal is not stored) and the updated front in the triangle behind.
- * @param rmin  [in/out] running minimum of the pivot ratios d / d0; the caller starts it. A NaN on either side is
- *              replaced by the new ratio.
+ *              l(i,j), i > j, in columns 1..m (the unit diagonal is not stored) and the updated front in the triangle
+ *              behind.
+ * @param rmin  [in/out] running minimum of the pivot ratios d / d0; the caller starts it. It takes the new ratio also
+ *              when either of the two is NaN.
  * @param d0    [in]  initial diagonal of every equation of the whole system; entry neq belongs to the pivot examined.
  * @param tolp  [in]  a pivot must not be smaller in magnitude.
  * @param tolr  [in]  a pivot's ratio must be strictly greater.
@@ -69,13 +70,16 @@ ZORTAV_ENTRY void eaxfch2(const int32_t* n, const int32_t* n1, const int32_t* n2
  * Refusal of the pivot at position p: the elimination runs in blocks of three pivots. Complete blocks before it are
  * applied to the whole front. Of its own block there are the multipliers and diagonals among the block's equations
  * that led to this pivot, no more. Positions p+1..n·m - m(m+1)/2 are set to 0 (the bound is a 32-bit number, which
- * wraps; it lies m positions before the end of column m). Position p holds the pivot (istat 6; rmin is set to the pivot
- * too) or its ratio (istat 34). NaN: passes both tests and spreads. Zeros are multiplied like any number. Aliasing: the
- * arguments must not overlap. Bad arguments: nothing is checked; a zero in d0 gives an infinite or undefined ratio that
- * decides the test. Memory: at most 120 KiB of stack, no heap. Positions are 64-bit: n may exceed 65535. Threads: any
- * number of calls at once on different arguments. Reproducibility: fixed order, no fused operations: every entry
- * receives its updates in the order of the pivots; the same bits at every instruction-set level. Source: Duff and Reid,
- * ACM TOMS 9 (1983) 302-325; Golub and Van Loan, Matrix Computations, 4th ed., section 4.1.
+ * wraps; it lies m positions before the end of column m). Position p holds the pivot (istat 6; rmin is set to the
+ * pivot too) or its ratio (istat 34).
+ * NaN: a pivot or a ratio that is not a number passes the tests, and spreads. Zeros are multiplied like any number.
+ * Aliasing: the arguments must not overlap. Bad arguments: nothing is checked; a zero in d0 gives an infinite or
+ * undefined ratio that decides the test. Memory: at most 120 KiB of stack, no heap. Positions are 64-bit: n may exceed
+ * 65535.
+ * Threads: any number of calls at once on different arguments.
+ * Reproducibility: fixed order, no fused operations: every entry receives its updates in the order of the pivots; the
+ * same bits at every instruction-set level.
+ * Source: Duff and Reid, ACM TOMS 9 (1983) 302-325; Golub and Van Loan, Matrix Computations, 4th ed., section 4.1.
  */
 ZORTAV_ENTRY int32_t easlff_nt(const int32_t* n, const int32_t* m, double* a, double* rmin, const double* d0,
                                const double* tolp, const double* tolr, int32_t* neq, int32_t* npiv, float* flop1,

@@ -22,6 +22,7 @@ EigenvalueCount count_eigenvalues(const SymmetricMatrix& k, const SymmetricMatri
                                   double low, double high) {
   const double gap = std::min(high - low, widest_gap * std::abs(low));
   Refusal refusal{};
+  double refused_at = 0.0;
   for (const double share : gap_shares) {
     const double sigma = low + share * gap;
     const Elimination result =
@@ -30,8 +31,9 @@ EigenvalueCount count_eigenvalues(const SymmetricMatrix& k, const SymmetricMatri
       return {sigma, result.negative};
     }
     refusal = *result.refusal;
+    refused_at = sigma;
   }
-  throw PivotRefused(refusal.equation, refusal.status, refusal.value);
+  throw PivotRefused(refusal.equation, refusal.status, refusal.value, refused_at);
 }
 
 }  // namespace modal

@@ -74,12 +74,13 @@ void finish_modes(const SymmetricMatrix& k, const SymmetricMatrix& m, ModalResul
 
 }  // namespace
 
-PivotRefused::PivotRefused(std::int32_t equation_, std::int32_t status_, double value_)
+PivotRefused::PivotRefused(std::int32_t equation_, std::int32_t status_, double value_, double shift_)
     : std::runtime_error("pivot of equation " + std::to_string(equation_) + " refused with status " +
                          std::to_string(status_)),
       equation(equation_),
       status(status_),
-      value(value_) {}
+      value(value_),
+      shift(shift_) {}
 
 ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricMatrix& mass, int modes,
                               Progress& progress) {
@@ -112,7 +113,7 @@ ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricM
                          [&](double done, double total) { progress.step("factorization", done, total); });
     if (elimination.refusal) {
       const Refusal& refusal = *elimination.refusal;
-      throw PivotRefused(refusal.equation, refusal.status, refusal.value);
+      throw PivotRefused(refusal.equation, refusal.status, refusal.value, 0.0);
     }
   });
 

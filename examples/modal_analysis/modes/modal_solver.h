@@ -38,12 +38,13 @@ struct ModalResult {
   std::vector<PhaseTime> phases;
 };
 
-// K (or K − σ·M) could not be factored.
+// K, or K − σ·M in the check, could not be factored.
 struct PivotRefused : std::runtime_error {
-  PivotRefused(std::int32_t equation_, std::int32_t status_, double value_);
+  PivotRefused(std::int32_t equation_, std::int32_t status_, double value_, double shift_);
   std::int32_t equation;  // from 1, in the numbering of the matrix as given
   std::int32_t status;    // 6: pivot too small, 34: pivot not positive against its initial diagonal
-  double value;
+  double value;           // status 6: the pivot; status 34: its ratio to the initial diagonal
+  double shift;           // σ; 0 for K itself
 };
 
 // The iteration did not converge, or the reduced problem could not be solved.

@@ -22,6 +22,20 @@ fs::path first_missing(const fs::path& path) {
   return missing;
 }
 
+// Removes the folders from `path` up to `topmost`. Removing one that holds something fails, which is what is wanted of
+// a folder that has its results.
+void remove_folders(const fs::path& path, const fs::path& topmost) {
+  if (topmost.empty()) {
+    return;
+  }
+  std::error_code ignored;
+  fs::path folder = path;
+  for (; folder != topmost; folder = folder.parent_path()) {
+    fs::remove(folder, ignored);
+  }
+  fs::remove(folder, ignored);
+}
+
 }  // namespace
 
 OutputFolder::OutputFolder(const std::string& path) : path_(path) {
@@ -37,9 +51,7 @@ OutputFolder::OutputFolder(const std::string& path) : path_(path) {
   const bool writable = !error && fs::exists(probe, ignored);
   fs::remove(probe, ignored);
   if (!writable) {
-    if (!made_.empty()) {
-      fs::remove(path_, ignored);
-    }
+    remove_folders(path_, made_);
     throw InputError(path + ": files cannot be written in this folder");
   }
 }
@@ -49,13 +61,7 @@ OutputFolder::~OutputFolder() {
   for (const Pending& file : pending_) {
     fs::remove(file.temporary, ignored);
   }
-  if (made_.empty()) {
-    return;
-  }
-  // Removing a folder that holds something fails, which is what is wanted of one that has its results.
-  for (fs::path p = path_; fs::remove(p, ignored) && p.string() != made_;) {
-    p = p.parent_path();
-  }
+  remove_folders(path_, made_);
 }
 
 void OutputFolder::write(const std::string& name, const std::function<void(std::ostream&)>& content) {

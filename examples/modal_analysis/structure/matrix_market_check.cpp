@@ -80,7 +80,11 @@ class Lines {
     if (!std::filesystem::exists(path)) {
       throw InputError(path + ": no such file");
     }
-    if (std::filesystem::is_directory(path) || !file_) {
+    // A pipe could be read only once, and the file is read twice.
+    if (!std::filesystem::is_regular_file(path)) {
+      throw InputError(path + ": not a regular file");
+    }
+    if (!file_) {
       throw InputError(path + ": the file cannot be read");
     }
   }

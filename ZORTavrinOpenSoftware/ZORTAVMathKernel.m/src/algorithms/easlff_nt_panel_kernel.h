@@ -29,7 +29,8 @@ struct Panel {
   // The panel's equations among themselves, as a front of their own.
   alignas(64) double triangle[panel_pivots * (panel_pivots + 1) / 2];
   BlockHead head[panel_blocks];
-  // before[b][p][q] = -l·d of the panel's column q of block b and pivot p of an earlier block
+  // before[b][p][q] = -l·d of the panel's column q of block b and pivot p of an earlier block; 0 for the columns that
+  // the last block does not have, which are computed along
   double before[panel_blocks][panel_pivots][block_pivots];
 };
 
@@ -49,8 +50,11 @@ inline bool eliminate_triangle(const Front& f, Panel& panel, PivotTest& test) {
   for (std::int64_t c = 0; c < pivots; ++c) {
     std::memcpy(f.column(c) + c, triangle.column(c) + c, static_cast<std::size_t>(pivots - c) * sizeof *f.a);
     const double pivot = panel.head[c / block_pivots].d[c % block_pivots];
-    for (std::int64_t i = (c / block_pivots + 1) * block_pivots; i < pivots; ++i) {
-      panel.before[i / block_pivots][c][i % block_pivots] = -triangle.column(c)[i] * pivot;
+    for (std::int64_t block = c / block_pivots + 1; block * block_pivots < pivots; ++block) {
+      for (std::int64_t q = 0; q < block_pivots; ++q) {
+        const std::int64_t i = block * block_pivots + q;
+        panel.before[block][c][q] = i < pivots ? -triangle.column(c)[i] * pivot : 0;
+      }
     }
   }
   return true;
