@@ -8,21 +8,28 @@
 
 namespace oracle {
 
+using Numbers = std::vector<double>;
+
+inline std::size_t size(int n) {
+  return static_cast<std::size_t>(n);
+}
+inline std::size_t packed(int n) {
+  return size(n) * (size(n) + 1) / 2;
+}
+
 // Element i from 1; element (i, j), j <= i, of a triangle packed by rows; element (i, j) of a full matrix by columns.
 struct Vector {
-  std::vector<double>& x;
-  double& operator()(int i) const { return x[static_cast<std::size_t>(i - 1)]; }
+  Numbers& x;
+  double& operator()(int i) const { return x[size(i - 1)]; }
 };
 struct Triangle {
-  std::vector<double>& x;
-  double& operator()(int i, int j) const { return x[static_cast<std::size_t>(i * (i - 1) / 2 + j - 1)]; }
+  Numbers& x;
+  double& operator()(int i, int j) const { return x[packed(i - 1) + size(j - 1)]; }
 };
 struct Full {
-  std::vector<double>& x;
+  Numbers& x;
   int n;
-  double& operator()(int i, int j) const {
-    return x[static_cast<std::size_t>(i - 1) + static_cast<std::size_t>(j - 1) * static_cast<std::size_t>(n)];
-  }
+  double& operator()(int i, int j) const { return x[size(i - 1) + size(j - 1) * size(n)]; }
 };
 
 // Terms 1..n in eight partial sums, joined by one tree.
@@ -37,14 +44,13 @@ double eight_lane_sum(int n, Term term) {
   return even + odd;
 }
 
-inline void tridiagonalize(int n, std::vector<double>& packed, std::vector<double>& diagonal,
-                           std::vector<double>& below) {
+inline void tridiagonalize(int n, Numbers& packed, Numbers& diagonal, Numbers& below) {
   const Triangle a{packed};
   const Vector d{diagonal};
   const Vector e{below};
   for (int i = n; i >= 3; --i) {
     const int l = i - 1;
-    std::vector<double> work(static_cast<std::size_t>(l));
+    Numbers work(size(l));
     const Vector p{work};
     double h = eight_lane_sum(l, [&](int k) { return a(i, k) * a(i, k); });
     d(i) = a(i, i);
@@ -85,7 +91,7 @@ inline void tridiagonalize(int n, std::vector<double>& packed, std::vector<doubl
 }
 
 // The status is 0, or the index of the eigenvalue that did not converge.
-inline int iterate(int n, std::vector<double>& diagonal, std::vector<double>& below, std::vector<double>& vectors) {
+inline int iterate(int n, Numbers& diagonal, Numbers& below, Numbers& vectors) {
   const Vector d{diagonal};
   const Vector e{below};
   const Full v{vectors, n};
@@ -154,7 +160,7 @@ inline int iterate(int n, std::vector<double>& diagonal, std::vector<double>& be
   return 0;
 }
 
-inline void transform_back(int n, std::vector<double>& packed, std::vector<double>& vectors) {
+inline void transform_back(int n, Numbers& packed, Numbers& vectors) {
   const Triangle a{packed};
   const Full v{vectors, n};
   for (int i = 3; i <= n; ++i) {

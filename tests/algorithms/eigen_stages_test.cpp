@@ -12,19 +12,14 @@
 
 namespace {
 
+using oracle::Numbers;
+using oracle::packed;
+using oracle::size;
 using zortest::expect_same_bits;
 using zortest::Guarded;
 using zortest::inf;
 using zortest::nan;
 using zortest::Random;
-using Numbers = std::vector<double>;
-
-std::size_t size(int n) {
-  return static_cast<std::size_t>(n);
-}
-std::size_t packed(int n) {
-  return size(n) * (size(n) + 1) / 2;
-}
 
 std::vector<int> orders() {
   std::vector<int> n{63, 64, 65, 71, 127, 128, 129, 200};
