@@ -91,40 +91,29 @@ struct Front {
     return false;
   }
 
+  // Row after row: x(i,p) = a(i,p) - l(i,1)·u(1,p) - .. is a pivot or, divided by column p's pivot, a multiplier; u
+  // are the values before the division in the block's own rows.
   bool block(std::size_t k, std::size_t pivots) {
-    double u1 = 0;
-    double u2 = 0;
-    double t = 0;
-    double d[3] = {0, 0, 0};
-    double r[3] = {0, 0, 0};
-    for (std::size_t p = 0; p < pivots; ++p) {
-      if (p == 1) {
-        u1 = at(k + 1, k);
-        at(k + 1, k) = u1 * r[0];
-        at(k + 1, k + 1) = at(k + 1, k + 1) - at(k + 1, k) * u1;
-      }
-      if (p == 2) {
-        u2 = at(k + 2, k);
-        at(k + 2, k) = u2 * r[0];
-        t = at(k + 2, k + 1) - at(k + 2, k) * u1;
-        at(k + 2, k + 1) = t * r[1];
-        at(k + 2, k + 2) = at(k + 2, k + 2) - u2 * at(k + 2, k);
-        at(k + 2, k + 2) = at(k + 2, k + 2) - t * at(k + 2, k + 1);
-      }
-      if (!accepted(k + p)) {
-        return false;
-      }
-      d[p] = at(k + p, k + p);
-      r[p] = 1 / d[p];
-    }
+    double u[3][3] = {};
+    double d[3] = {};
     const std::size_t first = k + pivots;
-    for (std::size_t i = first; i <= n; ++i) {
-      at(i, k) = at(i, k) * r[0];
-      if (pivots >= 2) {
-        at(i, k + 1) = (at(i, k + 1) - at(i, k) * u1) * r[1];
-      }
-      if (pivots == 3) {
-        at(i, k + 2) = (at(i, k + 2) - u2 * at(i, k) - at(i, k + 1) * t) * r[2];
+    for (std::size_t i = k; i <= n; ++i) {
+      for (std::size_t p = 0; p < pivots && k + p <= i; ++p) {
+        double& x = at(i, k + p);
+        for (std::size_t q = 0; q < p; ++q) {
+          x = x - at(i, k + q) * u[q][p];
+        }
+        if (i == k + p) {
+          if (!accepted(i)) {
+            return false;
+          }
+          d[p] = x;
+        } else {
+          if (i < first) {
+            u[p][i - k] = x;
+          }
+          x = x * (1 / d[p]);
+        }
       }
     }
     for (std::size_t c = first; c <= n; ++c) {
