@@ -168,8 +168,9 @@ TEST_F(Program, RefusesBadFilesInOneLineThatNamesThePlace) {
 }
 
 TEST_F(Program, RefusesBadOptionsAndFolders) {
+  write("K.mtx", symmetric + "1 1 1\n1 1 1\n");
   for (const char* arguments :
-       {"--mesh 16", "--mesh 0x8", "--mesh 16x2001", "--mesh 4x4x4", "--mesh 4x4 --stiffness K.mtx", "--mass M.mtx",
+       {"--mesh 16", "--mesh 0x8", "--mesh 16x2001", "--mesh 4x4x4", "--mesh 4x4 --stiffness K.mtx", "--mass K.mtx",
         "--modes 0", "--modes six", "--modes 2.5", "--modes", "--mesh 1x1 --modes 11", "--threads 0", "--threads 1.5",
         "--stiffness ''", "--unknown", "stray"}) {
     expect_refused(arguments, "");

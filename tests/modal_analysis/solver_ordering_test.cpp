@@ -6,8 +6,6 @@
 #include <set>
 #include <string>
 
-#include "factorization/coarser_graph.h"
-#include "factorization/minimum_degree.h"
 #include "factorization/vertex_separator.h"
 #include "modal_analysis/solver_matrices.h"
 
@@ -52,38 +50,15 @@ bool is_permutation_of_all(std::vector<std::int32_t> order, std::int32_t n) {
 }
 
 TEST(SolverOrdering, UnknownsOfEqualStructureBecomeOneVertex) {
-  const modal::CompressedGraph plate = modal::compress(modaltest::plate_pattern(7, 5));
-  ASSERT_EQ(plate.graph.vertices(), 35);
-  for (std::int32_t v = 0; v < 35; ++v) {
-    ASSERT_EQ(plate.members(v).size(), 2U);
-    EXPECT_EQ(plate.members(v)[0], 2 * v);
-    EXPECT_EQ(plate.members(v)[1], 2 * v + 1);
-  }
-  EXPECT_EQ(plate.graph.neighbours(17).size(), 8U);
+  const modal::Graph plate = modal::compress(modaltest::plate_pattern(7, 5)).graph;
+  EXPECT_EQ(plate.vertices(), 35);
+  EXPECT_EQ(plate.vertex_weight, std::vector<std::int32_t>(35, 2));
+  EXPECT_EQ(plate.neighbours(17).size(), 8U);
   // A path's ends have one neighbour, but not the same one; unconnected unknowns share no neighbour either.
   EXPECT_EQ(modal::compress(modaltest::laplacian(4, 1)).graph.vertices(), 4);
   EXPECT_EQ(modal::compress(modaltest::identity(9)).graph.vertices(), 9);
   // Two unknowns coupled to each other alone are a pair.
   EXPECT_EQ(modal::compress(modaltest::matrix(3, {{2, 0, 1.0}})).graph.vertices(), 2);
-}
-
-TEST(SolverOrdering, ContractionKeepsAllWeights) {
-  const modal::Graph fine = modal::compress(modaltest::plate_pattern(16, 11)).graph;
-  const modal::CoarserGraph coarse = modal::contract_heavy_edges(fine);
-  EXPECT_LT(coarse.graph.vertices(), 0.6 * fine.vertices());
-  EXPECT_EQ(coarse.graph.total_weight(), fine.total_weight());
-  int inside = 0;
-  for (std::int32_t v = 0; v < fine.vertices(); ++v) {
-    const std::int32_t to = coarse.vertex_of[at(v)];
-    const auto around = coarse.graph.neighbours(to);
-    for (const std::int32_t u : fine.neighbours(v)) {
-      const std::int32_t other = coarse.vertex_of[at(u)];
-      inside += other == to ? 1 : 0;
-      ASSERT_TRUE(other == to || std::count(around.begin(), around.end(), other) == 1) << "edge " << v << " " << u;
-    }
-  }
-  const auto sum = [](const std::vector<std::int32_t>& w) { return std::accumulate(w.begin(), w.end(), 0); };
-  EXPECT_EQ(sum(coarse.graph.edge_weight) + inside, sum(fine.edge_weight));
 }
 
 TEST(SolverOrdering, SeparatorParts) {
@@ -101,18 +76,6 @@ TEST(SolverOrdering, SeparatorParts) {
     EXPECT_LE(weight[modal::in_separator], 1.3 * k) << "a column of the grid has " << k;
     EXPECT_GE(std::min(weight[0], weight[1]), 0.3 * graph.vertices());
   }
-}
-
-TEST(SolverOrdering, MinimumDegreeCountsTheSurroundings) {
-  // A path 0-1-2-3, its end 0 also joined to five vertices outside the part: the other end goes first and 0 last.
-  const modal::Graph graph =
-      modal::compress(modaltest::matrix(
-                          9, {{1, 0, 1}, {2, 1, 1}, {3, 2, 1}, {4, 0, 1}, {5, 0, 1}, {6, 0, 1}, {7, 0, 1}, {8, 0, 1}}))
-          .graph;
-  std::vector<std::int32_t> work(9, -1);
-  const std::vector<std::int32_t> part{0, 1, 2, 3};
-  EXPECT_EQ(modal::minimum_degree(graph, part, work), (std::vector<std::int32_t>{3, 2, 1, 0}));
-  EXPECT_EQ(work, std::vector<std::int32_t>(9, -1));
 }
 
 // The order is a permutation, and the fronts hold what an elimination, unknown by unknown, fills in.
@@ -155,14 +118,16 @@ TEST(SolverOrdering, FrontsHoldAllFillOfEveryShape) {
   }
 }
 
-// The factor of a k × k grid needs O(k² log k) entries with nested dissection and k³ in the order of its rows.
-TEST(SolverOrdering, FillOfAGridIsThatOfNestedDissection) {
+// The factor of a k × k grid needs O(k² log k) entries with nested dissection and k³ in the order of its rows. The
+// factors are those of a sound ordering with little to spare: weights lost in contraction or degrees that leave the
+// surroundings out cost a plate five to ten percent.
+TEST(SolverOrdering, FillIsThatOfNestedDissection) {
   for (const std::int32_t k : {20, 40, 80}) {
     const double n = k * k;
     const auto entries = static_cast<double>(modaltest::plan(modaltest::laplacian(k, k)).factor_entries);
-    EXPECT_LE(entries, 2.6 * n * std::log2(n)) << k;
-    EXPECT_LE(entries, (k >= 40 ? 0.75 : 1.0) * n * k) << k;
+    EXPECT_LE(entries, 2.3 * n * std::log2(n)) << k;
   }
+  EXPECT_LE(modaltest::plan(modaltest::plate_pattern(30, 30)).factor_entries, 88'000);
 }
 
 }  // namespace
