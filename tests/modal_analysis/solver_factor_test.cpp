@@ -7,7 +7,6 @@
 #include "factorization/multifrontal_factor.h"
 #include "modal_analysis/solver_matrices.h"
 #include "modes/eigenvalue_count.h"
-#include "modes/matrix_pencil.h"
 
 namespace {
 
@@ -90,15 +89,6 @@ TEST(SolverFactor, InertiaOfTheShiftedLaplacian) {
   const modal::EigenvalueCount aside = modal::count_eigenvalues(pair, modaltest::identity(2), plan(pair), 10.0, 11.0);
   EXPECT_EQ(aside.below, 1);
   EXPECT_NE(aside.shift, 10.1);
-}
-
-TEST(SolverFactor, ShiftedUnitesPatterns) {
-  const SymmetricMatrix k = modaltest::matrix(3, {{0, 0, 2.0}, {1, 1, 3.0}, {2, 2, 4.0}, {2, 0, 1.0}});
-  const SymmetricMatrix m = modaltest::matrix(3, {{1, 0, 5.0}, {2, 1, 7.0}, {2, 2, 0.5}});
-  const SymmetricMatrix a = modal::shifted(k, m, 2.0);
-  EXPECT_EQ(a.row_end, (std::vector<std::int32_t>{0, 1, 3, 6}));
-  EXPECT_EQ(a.column, (std::vector<std::int32_t>{1, 1, 2, 1, 2, 3}));
-  EXPECT_EQ(a.value, (std::vector<double>{2.0, -10.0, 3.0, 1.0, -14.0, 3.0}));
 }
 
 TEST(SolverFactor, RefusalsNameTheEquation) {
