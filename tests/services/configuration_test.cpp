@@ -1,210 +1,185 @@
 // SPDX-License-Identifier: MIT
 // The configuration is decided once per process from its environment: every case is a process of its own.
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
+#include <omp.h>
+#include <sched.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "ZORMathematics.h"
 #include "ZORSystem.h"
 #include "ZORTAVConfiguration.h"
+#include "services/threading_mode.h"
 
 namespace {
 
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> p;
-  p.reserve(texts.size() + 1);
-  for (std::string& text : texts) {
-    p.push_back(text.data());
-  }
-  p.push_back(nullptr);
-  return p;
+int32_t result_of(void (*entry)(int32_t*)) {
+  int32_t result = 77;
+  entry(&result);
+  return result;
 }
 
-// What the probe prints for the words, with these variables and none of those that the library reads.
-std::string probe(const std::vector<std::string>& variables, const std::string& words) {
-  std::vector<std::string> environment = variables;
-  for (char** entry = environ; *entry != nullptr; ++entry) {
-    const std::string text = *entry;
-    const bool ours = text.starts_with("OMP_") || text.starts_with("TAV_") || text.starts_with("MKL_") ||
-                      text.starts_with("GOMP_") || text.starts_with("KMP_") || text.starts_with("ADL_ODT_OUT=") ||
-                      text.starts_with("ReplayPurify=");
-    if (!ours) {
-      environment.push_back(text);
-    }
-  }
-  std::vector<std::string> arguments = {PROBE};
+std::string results_of_getblas() {
+  int32_t r[] = {77, 77, 77};
+  getblas(&r[0], &r[1], &r[2]);
+  return std::to_string(r[0]) + "," + std::to_string(r[1]) + "," + std::to_string(r[2]);
+}
+
+int team_size() {
+  int size = 0;
+#pragma omp parallel reduction(+ : size)
+  size += 1;
+  return size;
+}
+
+void keep_one_processor() {
+  cpu_set_t mask;
+  CPU_ZERO(&mask);
+  CPU_SET(sched_getcpu(), &mask);
+  sched_setaffinity(0, sizeof mask, &mask);
+}
+
+// Obeys the words in order and gives the answers. NAME=VALUE sets a variable, -NAME removes it, ?NAME asks for it.
+std::string obey(const std::string& words) {
+  std::ostringstream answers;
   std::istringstream split(words);
   for (std::string word; split >> word;) {
-    arguments.push_back(word);
+    const std::size_t equals = word.find('=');
+    if (equals != std::string::npos) {
+      setenv(word.substr(0, equals).c_str(), word.substr(equals + 1).c_str(), 1);
+    } else if (word[0] == '-') {
+      unsetenv(word.c_str() + 1);
+    } else if (word == "one-processor") {
+      keep_one_processor();
+    } else if (word[0] == '?') {
+      const char* value = std::getenv(word.c_str() + 1);
+      answers << (value != nullptr ? value : "unset") << " ";
+    } else if (word == "getblas") {
+      answers << results_of_getblas() << " ";
+    } else {
+      answers << (word == "ehaldb"   ? result_of(ehaldb)
+                  : word == "ehumem" ? result_of(ehumem)
+                  : word == "mode"   ? zortav::threading_mode()
+                  : word == "cores"  ? ZORCpuQuery::GetCores()
+                  : word == "team"   ? team_size()
+                                     : -77)
+              << " ";
+    }
   }
+  return answers.str();
+}
 
-  std::array<int, 2> channel{};
-  EXPECT_EQ(pipe(channel.data()), 0);
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, channel[1], STDOUT_FILENO);
-  posix_spawn_file_actions_addclose(&actions, channel[0]);
-  pid_t child = 0;
-  const int failure =
-      posix_spawn(&child, PROBE, &actions, nullptr, pointers(arguments).data(), pointers(environment).data());
-  posix_spawn_file_actions_destroy(&actions);
-  close(channel[1]);
-  EXPECT_EQ(failure, 0) << "cannot start " << PROBE;
-  std::string output;
-  std::array<char, 256> piece{};
-  for (ssize_t got = 0; (got = read(channel[0], piece.data(), piece.size())) > 0;) {
-    output.append(piece.data(), static_cast<std::size_t>(got));
-  }
-  close(channel[0]);
-  int status = -1;
-  if (failure == 0) {
-    waitpid(child, &status, 0);
-  }
-  EXPECT_EQ(status, 0) << "the probe failed";
-  return output.substr(0, output.find('\n'));
+[[noreturn]] void obey_and_exit(const std::string& words) {
+  std::fputs(obey(words).c_str(), stderr);
+  std::exit(0);
 }
 
 struct Case {
-  std::vector<std::string> variables;
+  std::string variables;  // none but these when the process starts
   std::string words;
   std::string expected;
 };
 
 void check(const std::vector<Case>& cases) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";  // a new process, whose runtime libraries start afresh
   for (const Case& c : cases) {
-    EXPECT_EQ(probe(c.variables, c.words), c.expected) << c.words << " with " << testing::PrintToString(c.variables);
+    clearenv();
+    obey(c.variables);
+    EXPECT_EXIT(obey_and_exit(c.words), testing::ExitedWithCode(0), "^" + c.expected + " $")
+        << c.words << " with " << c.variables;
   }
 }
 
-TEST(Configuration, AThreadCountOfTheUserDecidesAndNothingIsWritten) {
+TEST(Configuration, TheEnvironmentDecidesTheThreadingMode) {
   const std::string ask = "getblas ?OMP_NUM_THREADS ?MKL_NPROCS";
   check({
-      {{"OMP_NUM_THREADS=1"}, ask, "0,0,0 1 unset"},
-      {{"OMP_NUM_THREADS=2"}, ask, "2,0,0 2 unset"},
-      {{"OMP_NUM_THREADS=4,2"}, ask, "2,0,0 4,2 unset"},
-      {{"OMP_NUM_THREADS=3", "ADL_ODT_OUT=/tmp"}, ask, "2,0,0 3 unset"},
-      // decimal only, and no number is 0
-      {{"OMP_NUM_THREADS=0x10"}, ask, "0,0,0 0x10 unset"},
-      {{"OMP_NUM_THREADS=many"}, ask, "0,0,0 many unset"},
-      {{"OMP_NUM_THREADS=-4"}, ask, "0,0,0 -4 unset"},
-      // set but empty is set
-      {{"OMP_NUM_THREADS="}, "getblas ?MKL_NPROCS", "0,0,0 unset"},
-  });
-}
-
-TEST(Configuration, ALogDirectoryLeavesTheThreadsAlone) {
-  const std::string ask = "getblas ?OMP_NUM_THREADS ?MKL_NPROCS";
-  check({
-      {{"ADL_ODT_OUT=/tmp"}, ask, "0,0,0 unset unset"},
-      {{"ADL_ODT_OUT="}, ask, "0,0,0 unset unset"},
-      {{"ADL_ODT_OUT=/tmp", "ReplayPurify=no"}, ask, "2,0,0 unset unset"},
-  });
-}
-
-TEST(Configuration, ReplayAlwaysSelectsTheMultiThreadedMode) {
-  check({
-      {{"ReplayPurify=", "OMP_NUM_THREADS=1"}, "getblas", "2,0,0"},
-      {{"ReplayPurify=0", "OMP_NUM_THREADS=1"}, "getblas", "2,0,0"},
-      {{"ReplayPurify=1"}, "one-processor getblas ?OMP_NUM_THREADS", "2,0,0 1"},
+      // A thread count of the user decides, and nothing is written. Decimal only, no number is 0, empty is set.
+      {"OMP_NUM_THREADS=1", ask, "0,0,0 1 unset"},
+      {"OMP_NUM_THREADS=4,2", ask, "2,0,0 4,2 unset"},
+      {"OMP_NUM_THREADS=3 ADL_ODT_OUT=/tmp", ask, "2,0,0 3 unset"},
+      {"", "OMP_NUM_THREADS=0x10 getblas OMP_NUM_THREADS=many getblas OMP_NUM_THREADS=-4 getblas", "0,0,0 0,0,0 0,0,0"},
+      {"", "OMP_NUM_THREADS= getblas ?MKL_NPROCS", "0,0,0 unset"},
+      // A log directory leaves the threads alone.
+      {"ADL_ODT_OUT=/tmp", ask, "0,0,0 unset unset"},
+      {"ADL_ODT_OUT=", ask, "0,0,0 unset unset"},
+      // Replay always selects the multi-threaded mode.
+      {"ADL_ODT_OUT=/tmp ReplayPurify=no", ask, "2,0,0 unset unset"},
+      {"ReplayPurify= OMP_NUM_THREADS=1", ask, "2,0,0 1 unset"},
+      {"ReplayPurify=1", "one-processor getblas ?OMP_NUM_THREADS", "2,0,0 1"},
   });
 }
 
 TEST(Configuration, WithoutAnyVariableTheProcessorsDecide) {
-  const std::string cores = probe({}, "cores");
-  const std::string mode = std::stoi(cores) > 1 ? "2,0,0" : "0,0,0";
+  const std::string cores = std::to_string(ZORCpuQuery::GetCores());
+  const std::string mode = cores == "1" ? "0,0,0 " : "2,0,0 ";
+  const std::string ask = "getblas ?OMP_NUM_THREADS ?MKL_NPROCS team";
   check({
-      {{}, "getblas ?OMP_NUM_THREADS ?MKL_NPROCS team", mode + " " + cores + " 1 " + cores},
+      {"", ask, mode + cores + " 1 " + cores},
       // The OpenMP runtime counted before the mask shrank: the team shows that it was told.
-      {{}, "one-processor getblas ?OMP_NUM_THREADS ?MKL_NPROCS team", "0,0,0 1 1 1"},
-      // Every call decides afresh, also with its own entry in place and after somebody removed it.
-      {{},
-       "getblas getblas -OMP_NUM_THREADS -MKL_NPROCS getblas ?OMP_NUM_THREADS ?MKL_NPROCS",
-       mode + " " + mode + " " + mode + " " + cores + " 1"},
+      {"", "one-processor " + ask, "0,0,0 1 1 1"},
+      // Every call decides afresh, also after somebody removed its entries.
+      {"", "getblas getblas -OMP_NUM_THREADS -MKL_NPROCS " + ask, mode + mode + mode + cores + " 1 " + cores},
       // A runtime that binds its threads binds the caller too; that is not what the process may use.
-      {{"OMP_PROC_BIND=true"}, "team cores", cores + " " + cores},
+      {"OMP_PROC_BIND=true", "team cores", cores + " " + cores},
   });
 }
 
 TEST(Configuration, TheDecisionIsZeroAndIsTakenOnce) {
   check({
-      {{"OMP_NUM_THREADS=4"}, "ehaldb ehaldb OMP_NUM_THREADS=1 ehaldb", "0 0 0"},
-      {{"ReplayPurify=1"}, "ehaldb ehaldb", "0 0"},
-      {{}, "one-processor ehaldb ?OMP_NUM_THREADS -OMP_NUM_THREADS ehaldb ?OMP_NUM_THREADS", "0 1 0 unset"},
+      {"OMP_NUM_THREADS=3", "mode getblas mode ehaldb mode OMP_NUM_THREADS=1 ehaldb mode", "0 2,0,0 0 0 2 0 2"},
+      {"", "one-processor ehaldb ?OMP_NUM_THREADS -OMP_NUM_THREADS ehaldb ?OMP_NUM_THREADS", "0 1 0 unset"},
   });
 }
 
+TEST(Configuration, WorkingMemory) {
+  const int64_t machine = sysconf(_SC_PHYS_PAGES) * sysconf(_SC_PAGESIZE);
+  EXPECT_EQ(ZORGetPhysicalMemory(), static_cast<uint64_t>(machine));
+  const std::string measured = std::to_string(std::clamp<int64_t>(machine / 8, 536000000, 2144000000));
+  check({{"", "ehumem TAV_REAL_MEMORY=16000 ehumem", measured + " " + measured},
+         {"TAV_REAL_MEMORY=16000", "ehumem -TAV_REAL_MEMORY ehumem", "2097152000 2097152000"},
+         {"TAV_REAL_MEMORY=4090", "ehumem", "536084480"},
+         {"TAV_REAL_MEMORY=16358", "ehumem", "2144000000"},
+         {"TAV_REAL_MEMORY=37000", "ehumem", "554696704"}});
+  for (const std::string few : {"", "all", "1000", "4089", "16384", "20000"}) {
+    check({{"TAV_REAL_MEMORY=" + few, "ehumem", "536000000"}});
+  }
+}
+
+struct Value {
+  const char* text;
+  int32_t expected;
+};
+
 TEST(Configuration, ThreadCount) {
-  const auto with = [](const std::string& value, const std::string& expected) {
-    return Case{{"OMP_NUM_THREADS=" + value}, "ehucpu", expected};
-  };
-  check({{{}, "ehucpu", "1"},
-         with("", "1"),
-         with("8", "8"),
-         with(" 12 threads", "12"),
-         with("0x10", "16"),
-         with("010", "8"),
-         with("-3", "-3"),
-         with("0", "0"),
-         with("many", "1")});
+  unsetenv("OMP_NUM_THREADS");
+  EXPECT_EQ(result_of(ehucpu), 1);
+  for (const Value& value : {Value{"", 1}, {" 12 threads", 12}, {"0x10", 16}, {"010", 8}, {"-3", -3}, {"many", 1}}) {
+    setenv("OMP_NUM_THREADS", value.text, 1);
+    EXPECT_EQ(result_of(ehucpu), value.expected) << value.text;
+  }
 }
 
 TEST(Configuration, LargestAllocation) {
-  const auto with = [](const std::string& value, const std::string& expected) {
-    return Case{{"TAV_MAX_ALLOC=" + value}, "ehalmxc", expected};
-  };
-  const std::string unlimited = "2147400000";
-  check({{{}, "ehalmxc", unlimited},
-         with("", unlimited),
-         with("much", unlimited),
-         with("0", unlimited),
-         with("-1", unlimited),
-         with("1", "128018"),
-         with("100", "12801800"),
-         with("2096", "268325728"),
-         with("2097", unlimited),
-         with("3000", unlimited),
-         with("5000", "103219088"),
-         {{}, "ehalmxc TAV_MAX_ALLOC=100 ehalmxc -TAV_MAX_ALLOC ehalmxc", unlimited + " 12801800 " + unlimited}});
-}
-
-TEST(Configuration, WorkingMemory) {
-  const auto with = [](const std::string& value, const std::string& expected) {
-    return Case{{"TAV_REAL_MEMORY=" + value}, "ehumem", expected};
-  };
-  const std::string least = "536000000";
-  const std::string most = "2144000000";
-  const auto machine = static_cast<std::int64_t>(ZORGetPhysicalMemory() / 8);
-  const std::string measured =
-      std::to_string(std::min<std::int64_t>(std::max<std::int64_t>(machine, 536000000), 2144000000));
-  check({with("", least),
-         with("all", least),
-         with("-1", least),
-         with("1000", least),
-         with("4089", least),
-         with("4090", "536084480"),
-         with("16000", "2097152000"),
-         with("16357", "2143944704"),
-         with("16358", most),
-         with("16383", most),
-         with("16384", least),
-         with("20000", least),
-         with("37000", "554696704"),
-         {{}, "ehumem", measured},
-         {{}, "ehumem TAV_REAL_MEMORY=16000 ehumem", measured + " " + measured},
-         {{"TAV_REAL_MEMORY=16000"}, "ehumem -TAV_REAL_MEMORY ehumem", "2097152000 2097152000"}});
+  const int32_t unlimited = 2147400000;
+  const Value values[] = {{"", unlimited},     {"much", unlimited}, {"-1", unlimited},   {"1", 128018},
+                          {"2096", 268325728}, {"2097", unlimited}, {"3000", unlimited}, {"5000", 103219088}};
+  for (const Value& value : values) {
+    setenv("TAV_MAX_ALLOC", value.text, 1);
+    EXPECT_EQ(result_of(ehalmxc), value.expected) << value.text;
+  }
+  unsetenv("TAV_MAX_ALLOC");
+  EXPECT_EQ(result_of(ehalmxc), unlimited);
 }
 
 TEST(Configuration, SlaveMemoryAndVendorVersion) {
-  int32_t words = 0;
-  GetMaxSlaveMemory(&words);
-  EXPECT_EQ(words, 1073000000);
+  EXPECT_EQ(result_of(GetMaxSlaveMemory), 1073000000);
   std::string text = "####";
   getversionmkl(text.data(), static_cast<int64_t>(text.size()));
   EXPECT_EQ(text, std::string("\0###", 4));

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <string>
 
 #include "ZORTAVInstructionSet.h"
 
@@ -14,9 +12,8 @@ int main(int argc, char** argv) {
   int32_t highest = 0;
   int32_t reason = 0;
   ehgetisa(&active, &highest, &reason);
-  const char* wanted = std::getenv("TAV_INSTRUCTION_SET");
-  if (wanted != nullptr && std::string(wanted) != ehisanm(&active)) {
-    std::printf("level %s is not offered by this machine (highest: %s): skipped\n", wanted, ehisanm(&highest));
+  if (reason == ZORTavInstructionSetReasonNotOffered) {
+    std::printf("this machine offers levels up to %s: skipped\n", ehisanm(&highest));
     return 77;
   }
   std::printf("instruction-set level: %s\n", ehisanm(&active));

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -49,34 +52,37 @@ class Random {
   std::mt19937_64 engine_;
 };
 
-// An array between guard words, starting `offset` elements past a 64-byte boundary.
+// An array between guard words, starting `offset` elements and `bytes` bytes past a 64-byte boundary. With bytes that
+// are no multiple of the elements' alignment, only data() and values() may be used.
 template <class T>
 class Guarded {
  public:
-  explicit Guarded(std::size_t n, std::size_t offset = 0) : n_(n), store_(n + offset + 2 * guard + line) {
-    const auto address = reinterpret_cast<std::uintptr_t>(store_.data() + guard);
-    const std::size_t to_line = ((64 - address % 64) % 64) / sizeof(T);
-    first_ = guard + to_line + offset;
-    for (T& x : store_) {
-      x = guard_word();
+  explicit Guarded(std::size_t n, std::size_t offset = 0, std::size_t bytes = 0)
+      : n_(n), store_(line + 2 * guard + (n + offset) * sizeof(T) + bytes) {
+    const auto address = reinterpret_cast<std::uintptr_t>(store_.data());
+    first_ = (line - address % line) + guard + offset * sizeof(T) + bytes;
+    for (std::size_t at = first_ % sizeof(T); at + sizeof(T) <= store_.size(); at += sizeof(T)) {
+      std::copy(guard_word.begin(), guard_word.end(), store_.data() + at);
     }
   }
-  Guarded(const std::vector<T>& v, std::size_t offset) : Guarded(v.size(), offset) {
-    for (std::size_t i = 0; i < n_; ++i) {
-      data()[i] = v[i];
-    }
+  Guarded(const std::vector<T>& v, std::size_t offset, std::size_t bytes = 0) : Guarded(v.size(), offset, bytes) {
+    std::copy_n(reinterpret_cast<const unsigned char*>(v.data()), n_ * sizeof(T), store_.data() + first_);
   }
-  T* data() { return store_.data() + first_; }
-  const T* data() const { return store_.data() + first_; }
+  T* data() { return reinterpret_cast<T*>(store_.data() + first_); }
+  const T* data() const { return reinterpret_cast<const T*>(store_.data() + first_); }
   T& operator[](std::size_t i) { return data()[i]; }
   const T& operator[](std::size_t i) const { return data()[i]; }
   std::size_t size() const { return n_; }
-  std::vector<T> values() const { return std::vector<T>(data(), data() + n_); }
+  std::vector<T> values() const {
+    std::vector<T> v(n_);
+    std::copy_n(store_.data() + first_, n_ * sizeof(T), reinterpret_cast<unsigned char*>(v.data()));
+    return v;
+  }
 
   bool intact() const {
-    for (std::size_t i = 0; i < store_.size(); ++i) {
-      const bool inside = i >= first_ && i < first_ + n_;
-      if (!inside && store_[i] != guard_word()) {
+    for (std::size_t at = first_ % sizeof(T); at + sizeof(T) <= store_.size(); at += sizeof(T)) {
+      const bool inside = at >= first_ && at < first_ + n_ * sizeof(T);
+      if (!inside && !std::equal(guard_word.begin(), guard_word.end(), store_.data() + at)) {
         return false;
       }
     }
@@ -84,12 +90,12 @@ class Guarded {
   }
 
  private:
-  static constexpr std::size_t guard = 16;
-  static constexpr std::size_t line = 64 / sizeof(T);
-  static T guard_word() { return static_cast<T>(-123456789); }
+  static constexpr std::size_t line = 64;
+  static constexpr std::size_t guard = 2 * line;
+  static constexpr auto guard_word = std::bit_cast<std::array<unsigned char, sizeof(T)>>(static_cast<T>(-123456789));
   std::size_t n_;
   std::size_t first_ = 0;
-  std::vector<T> store_;
+  std::vector<unsigned char> store_;
 };
 
 inline void expect_same_bits(const std::vector<double>& expected, const std::vector<double>& actual) {

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <vector>
 
 #include "support/numbers.h"
@@ -14,6 +13,17 @@
 namespace zortest {
 
 inline constexpr std::int32_t increments[] = {1, -1, 2, -2, 3, 0};
+
+// visit(n, at): every length up to 80 and some longer ones, each as many bytes past a boundary: by elements up to the
+// widest register, and off the elements' own boundary.
+template <class Visit>
+void for_vectors(const Visit& visit) {
+  for (std::int32_t n = -2; n <= 1000; n += n < 80 ? 1 : 131) {
+    for (const std::size_t at : {0, 8, 16, 24, 32, 40, 48, 56, 2}) {
+      visit(n, at);
+    }
+  }
+}
 
 // Where element i (from 0) of n lies when a negative increment walks backwards.
 inline std::size_t place(int i, int n, int inc) {
@@ -25,54 +35,40 @@ inline std::size_t reach(int n, int inc) {
   return n <= 0 ? 5 : static_cast<std::size_t>((n - 1) * std::abs(inc) + 1) + 2;
 }
 
-// Numbers of both signs over many binades, whose sum depends on the order of the additions.
-inline std::vector<double> spread(Random& random, std::size_t n) {
-  std::vector<double> v(n);
-  for (double& x : v) {
-    x = std::ldexp(random.uniform(), random.integer(-12, 12));
+// The elements in the order of a walk that always starts at the first.
+inline std::vector<double> walked(const std::vector<double>& x, int n, int inc) {
+  std::vector<double> v(static_cast<std::size_t>(n > 0 ? n : 0));
+  for (std::size_t i = 0; i < v.size(); ++i) {
+    v[i] = x[i * static_cast<std::size_t>(std::abs(inc))];
   }
   return v;
 }
 
-// Elements that lie four bytes past their own boundary.
-class OffBoundary {
- public:
-  explicit OffBoundary(const std::vector<double>& v) : n_(v.size()), bytes_(sizeof(double) * v.size() + 16) {
-    for (std::size_t i = 0; i < n_; ++i) {
-      std::memcpy(data() + i, &v[i], sizeof v[i]);
-    }
+// Numbers of both signs over many binades, whose sum depends on the order of the additions.
+template <class T>
+std::vector<T> spread(Random& random, std::size_t n) {
+  std::vector<T> v(n);
+  for (T& x : v) {
+    x = static_cast<T>(std::ldexp(random.uniform(), random.integer(0, 24)));
   }
-  double* data() { return reinterpret_cast<double*>(bytes_.data() + 4); }
-  std::vector<double> values() {
-    std::vector<double> v(n_);
-    for (std::size_t i = 0; i < n_; ++i) {
-      std::memcpy(&v[i], static_cast<const void*>(data() + i), sizeof v[i]);
-    }
-    return v;
-  }
-
- private:
-  std::size_t n_;
-  std::vector<unsigned char> bytes_;
-};
-
-enum class Order { one_by_one, groups, groups_after_peel };
-
-// The order of a contiguous vector, given by its address.
-inline Order contiguous_order(const double* x) {
-  const auto address = reinterpret_cast<std::uintptr_t>(x);
-  return address % 8 != 0 ? Order::one_by_one : address % 16 != 0 ? Order::groups_after_peel : Order::groups;
+  return v;
 }
 
-// The sum of the terms with two accumulators of two lanes.
-inline double sum_in_order(const std::vector<double>& term, Order order) {
-  const std::size_t peel = order == Order::groups_after_peel ? 1 : 0;
+inline constexpr int no_groups = -1;
+
+// How many elements of a contiguous vector stand before its first group.
+inline int peel(std::size_t at) {
+  return at % 8 != 0 ? no_groups : at % 16 != 0 ? 1 : 0;
+}
+
+// The sum of the terms with two accumulators of two lanes, after `peeled` terms alone.
+inline double sum_in_order(const std::vector<double>& term, int peeled) {
   double sum = 0;
   std::size_t i = 0;
-  if (order != Order::one_by_one && term.size() >= 8 + peel) {
+  if (peeled != no_groups && static_cast<int>(term.size()) >= 8 + peeled) {
     double first[2] = {0, 0};
     double second[2] = {0, 0};
-    if (peel == 1) {
+    if (peeled == 1) {
       first[0] += term[i++];
     }
     for (; term.size() - i >= 8; i += 8) {
