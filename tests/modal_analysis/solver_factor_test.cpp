@@ -7,6 +7,7 @@
 #include "factorization/multifrontal_factor.h"
 #include "modal_analysis/solver_matrices.h"
 #include "modes/eigenvalue_count.h"
+#include "modes/modal_solver.h"
 
 namespace {
 

@@ -108,6 +108,9 @@ class RowStrip {
   // t[v][c] := t[v][c] + Σ x(k)·row[c](k), k < whole, in two partial sums.
   template <int Columns, int Step, int Parts>
   HWY_INLINE void add_whole_eights(std::int64_t whole, int part, const double* const* row, Vec (*t)[Columns]) const {
+    if (whole == 0) {
+      return;  // a short sum has no second part, and adding its zero would turn -0 into +0
+    }
     const Tag d;
     Vec second[Parts][Columns];
     for (int v = 0; v < Parts; ++v) {
