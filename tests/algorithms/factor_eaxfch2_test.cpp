@@ -145,7 +145,7 @@ TEST(Eaxfch2, TolerancePivotsAndNumbersThatAreNone) {
     }
   }
   const Numbers matrix = positive_definite(random, 30);
-  expect_as_oracle(matrix, 9, 8, 0, 0);  // no rows
+  expect_as_oracle(matrix, 9, 8, 0, 0);              // no rows
   expect_as_oracle({9, 0, 9, 0, 0, 9}, 1, 3, 0, 0);  // zeros keep their sign
   for (const std::size_t i : std::vector<std::size_t>{2, 6, 13}) {
     Numbers a = matrix;

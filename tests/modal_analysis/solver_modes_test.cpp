@@ -88,6 +88,10 @@ SymmetricMatrix mass_of_rank_3(std::int32_t n) {
 TEST(SolverModes, AgreeWithClosedForms) {
   std::vector<double> cluster(400, 5.0);
   cluster[123] = 2.0;
+  std::vector<double> three_clusters(42);
+  for (std::size_t i = 0; i < 42; ++i) {
+    three_clusters[i] = 1.0 + static_cast<double>(i % 3);
+  }
   std::vector<double> four_masses(150, 0.0);
   for (const std::size_t i : {10U, 60U, 61U, 140U}) {
     four_masses[i] = 2.0;
@@ -115,6 +119,8 @@ TEST(SolverModes, AgreeWithClosedForms) {
            {"one unknown", diagonal({9.0}), diagonal({4.0}), 1, {2.25}, 1},
            // More equal eigenvalues than the block has vectors: no σ behind them can be told, it stands before them.
            {"cluster wider than the block", diagonal(cluster), identity(400), 3, {2.0, 5.0, 5.0}, 1},
+           // The block grows to hold them all, and what it took in has to settle too.
+           {"cluster as wide as the grown block", diagonal(three_clusters), identity(42), 3, {1.0, 1.0, 1.0}, 14},
            {"nothing but a cluster", diagonal(std::vector<double>(50, 3.0)), identity(50), 2, {3.0, 3.0}},
            {"mass of another pattern", laplacian(40, 1), banded_mass(40), 5,
             solve(laplacian(40, 1), banded_mass(40), 40).eigenvalue},

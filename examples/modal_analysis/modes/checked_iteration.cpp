@@ -39,6 +39,7 @@ CheckedCount check(const SubspaceIteration& iteration, const SymmetricMatrix& k,
 
 CheckedCount iterate_and_check(SubspaceIteration& iteration, const SymmetricMatrix& k, const SymmetricMatrix& m,
                                const AssemblyTree& tree, std::int32_t wanted, const PhaseHooks& hooks) {
+  bool repeated = false;
   for (bool widened = false;; widened = true) {
     hooks.iterate([&] { iteration.run(wanted, hooks.report); });
     const bool can_widen = !widened && iteration.block() < k.order;
@@ -47,6 +48,12 @@ CheckedCount iterate_and_check(SubspaceIteration& iteration, const SymmetricMatr
       CheckedCount result;
       hooks.check([&] { result = check(iteration, k, m, tree); });
       missed = result.count.below - result.found;
+      if (!can_widen && missed > 0 && !repeated && result.count.below <= iteration.block()) {
+        // The pairs found before have settled while the vectors added had no time to: all that were counted are wanted.
+        repeated = true;
+        wanted = result.count.below;
+        continue;
+      }
       if (!can_widen || missed <= 0) {
         return result;
       }

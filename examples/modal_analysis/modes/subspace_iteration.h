@@ -54,7 +54,7 @@ class SubspaceIteration {
   void iterate();
   void fill_up();
   std::int32_t end_of_cluster(std::int32_t wanted) const;
-  double excess() const;
+  double excess(bool stalled) const;
 
   const SymmetricMatrix& k_;
   const SymmetricMatrix& m_;
