@@ -88,7 +88,7 @@ struct Case {
 };
 
 void check(const std::vector<Case>& cases) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";  // a new process, whose runtime libraries start afresh
+  testing::GTEST_FLAG(death_test_style) = "threadsafe";  // a new process, whose runtime libraries start afresh
   for (const Case& c : cases) {
     clearenv();
     obey(c.variables);
