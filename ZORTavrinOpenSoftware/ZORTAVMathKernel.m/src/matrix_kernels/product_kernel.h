@@ -93,17 +93,46 @@ HWY_INLINE hn::Vec<D> first_lane(D d, double x) {
   }
 }
 
+template <bool given>
+struct Choice {
+  static constexpr bool value = given;
+};
+
 // Without this the compiler may read a value of B from memory again for every row: the loads, not the arithmetic, would
 // then set the pace.
 HWY_INLINE void keep_in_register(Vector& x) {
   __asm__("" : "+v"(x.raw));
 }
 
-// One tile of C, starting from C or from 0. b holds, for each group of eight depths, eight values of each column.
-template <int rows, int columns, bool accumulate>
-HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p, const double* HWY_RESTRICT b,
+// A few columns of B, regrouped so that a tile reads them as one aligned stream: tile after tile, eight depths after
+// eight depths, column after column. The last group is padded with zeros.
+struct Chunk {
+  HWY_ALIGN double value[chunk_columns * product_run];
+};
+
+// What one tile reads of B: its part of the chunk, and the columns themselves while the chunk is still to be filled.
+struct TileColumns {
+  double* chunk;
+  const double* b;
+  std::ptrdiff_t ldb;
+};
+
+// One tile of C, starting from C or from 0, over `depth` products. The first row tile of a chunk reads B in place and
+// leaves it regrouped in the chunk, so that the copying hides behind the arithmetic.
+template <int rows, int columns, bool accumulate, bool fill>
+HWY_INLINE void update_tile(std::ptrdiff_t depth, const double* HWY_RESTRICT p, const TileColumns& of_b,
                             const double* HWY_RESTRICT next_p, double* HWY_RESTRICT c, std::ptrdiff_t ldc) {
   const Tag d;
+  constexpr std::ptrdiff_t step = columns * product_lanes;
+  const std::ptrdiff_t whole_groups = depth / product_lanes;
+  const std::ptrdiff_t rest = depth % product_lanes;
+  if (fill && rest != 0) {
+    for (std::ptrdiff_t at = 0; at < step; ++at) {
+      const std::ptrdiff_t lane = at % product_lanes;
+      of_b.chunk[whole_groups * step + at] =
+          lane < rest ? of_b.b[whole_groups * product_lanes + lane + at / product_lanes * of_b.ldb] : 0.0;
+    }
+  }
   Vector sum[columns][passes][tile_rows];
 #pragma GCC unroll 4
   for (int pass = 0; pass < passes; ++pass) {
@@ -116,13 +145,14 @@ HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p,
       }
     }
     const double* HWY_RESTRICT p_at = p + pass * lanes;
-    const double* HWY_RESTRICT b_at = b + pass * lanes;
-    const double* HWY_RESTRICT fetch_at = next_p + pass * fetched_rows % tile_rows * product_run;
-    for (std::ptrdiff_t group = 0; group < groups; ++group) {
+    double* chunk_at = of_b.chunk + pass * lanes;
+    const double* b_at = of_b.b + pass * lanes;
+    const double* fetch_at = next_p + pass * fetched_rows % tile_rows * product_run;
+    const auto add_group = [&](const auto& load) __attribute__((always_inline)) {
       Vector bv[columns];
 #pragma GCC unroll 8
       for (int j = 0; j < columns; ++j) {
-        bv[j] = hn::Load(d, b_at + j * product_lanes);
+        bv[j] = load(j);
         keep_in_register(bv[j]);
       }
 #pragma GCC unroll 4
@@ -139,7 +169,26 @@ HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p,
       }
       fetch_at += product_lanes;
       p_at += product_lanes;
-      b_at += columns * product_lanes;
+      b_at += product_lanes;
+      chunk_at += step;
+    };
+    const auto from_chunk = [&](int j) __attribute__((always_inline)) {
+      return hn::Load(d, chunk_at + j * product_lanes);
+    };
+    const auto from_b = [&](int j) __attribute__((always_inline)) {
+      const Vector value = hn::LoadU(d, b_at + j * of_b.ldb);
+      hn::Store(value, d, chunk_at + j * product_lanes);
+      return value;
+    };
+    for (std::ptrdiff_t group = 0; group < whole_groups; ++group) {
+      if constexpr (fill) {
+        add_group(from_b);
+      } else {
+        add_group(from_chunk);
+      }
+    }
+    if (rest != 0) {
+      add_group(from_chunk);
     }
 #pragma GCC unroll 8
     for (int j = 0; j < columns; ++j) {
@@ -155,63 +204,33 @@ HWY_INLINE void update_tile(std::ptrdiff_t groups, const double* HWY_RESTRICT p,
   }
 }
 
-// A few columns of B, regrouped so that a tile reads them as one aligned stream: tile after tile, eight depths after
-// eight depths, column after column. The last group is padded with zeros.
-class Chunk {
- public:
-  void load(const RowBlockUpdate& task, std::ptrdiff_t j0, std::ptrdiff_t columns) {
-    for (std::ptrdiff_t j = 0; j < columns; ++j) {
-      const std::ptrdiff_t tile = j / tile_columns;
-      const std::ptrdiff_t width = HWY_MIN(tile_columns, columns - tile * tile_columns);
-      load_column(task.b + (j0 + j) * task.ldb, task.depth, tile_data(tile) + (j - tile * tile_columns) * product_lanes,
-                  width * product_lanes);
-    }
-  }
-  double* tile_data(std::ptrdiff_t tile) { return values_ + tile * tile_columns * product_run; }
-
- private:
-  static void load_column(const double* HWY_RESTRICT b, std::ptrdiff_t depth, double* HWY_RESTRICT to,
-                          std::ptrdiff_t step) {
-    const Tag d;
-    std::ptrdiff_t l = 0;
-    for (; l + product_lanes <= depth; l += product_lanes, to += step) {
-      for (int part = 0; part < passes; ++part) {
-        hn::Store(hn::LoadU(d, b + l + part * lanes), d, to + part * lanes);
-      }
-    }
-    if (l < depth) {
-      for (std::ptrdiff_t lane = 0; lane < product_lanes; ++lane) {
-        to[lane] = l + lane < depth ? b[l + lane] : 0.0;
-      }
-    }
-  }
-
-  HWY_ALIGN double values_[chunk_columns * product_run];
-};
-
 template <int rows, int columns>
-HWY_INLINE void update_tile_at(const RowBlockUpdate& task, std::ptrdiff_t row, std::ptrdiff_t j, const double* b,
-                               const double* next_p) {
-  const std::ptrdiff_t groups = (task.depth + product_lanes - 1) / product_lanes;
+HWY_INLINE void update_tile_at(const RowBlockUpdate& task, std::ptrdiff_t row, std::ptrdiff_t j,
+                               const TileColumns& of_b, const double* next_p) {
   const double* const p = task.p + row * product_run;
   double* const c = task.c + row + j * task.ldc;
-  if (task.beta == 0.0) {
-    update_tile<rows, columns, false>(groups, p, b, next_p, c, task.ldc);
+  const auto update = [&](auto accumulate, auto fill) __attribute__((always_inline)) {
+    update_tile<rows, columns, accumulate.value, fill.value>(task.depth, p, of_b, next_p, c, task.ldc);
+  };
+  constexpr Choice<true> yes;
+  constexpr Choice<false> no;
+  if (row == 0) {
+    task.beta == 0.0 ? update(no, yes) : update(yes, yes);
   } else {
-    update_tile<rows, columns, true>(groups, p, b, next_p, c, task.ldc);
+    task.beta == 0.0 ? update(no, no) : update(yes, no);
   }
 }
 
 // The columns of one tile, `columns` or fewer.
 template <int rows, int columns = tile_columns>
 HWY_INLINE void update_columns(const RowBlockUpdate& task, std::ptrdiff_t row, std::ptrdiff_t j, std::ptrdiff_t count,
-                               const double* b, const double* next_p) {
+                               const TileColumns& of_b, const double* next_p) {
   if constexpr (columns > 1) {
     if (count < columns) {
-      return update_columns<rows, columns - 1>(task, row, j, count, b, next_p);
+      return update_columns<rows, columns - 1>(task, row, j, count, of_b, next_p);
     }
   }
-  update_tile_at<rows, columns>(task, row, j, b, next_p);
+  update_tile_at<rows, columns>(task, row, j, of_b, next_p);
 }
 
 // Brings the next columns of B and the next tiles of C nearer while the current chunk is computed: each row tile
@@ -243,7 +262,6 @@ void update_row_block(const RowBlockUpdate& task) {
   Chunk chunk;
   for (std::ptrdiff_t j0 = 0; j0 < task.columns; j0 += chunk_columns) {
     const std::ptrdiff_t columns = HWY_MIN(chunk_columns, task.columns - j0);
-    chunk.load(task, j0, columns);
     if (task.beta != 0.0 && task.beta != 1.0) {
       scale_columns(task, j0, columns);
     }
@@ -252,20 +270,20 @@ void update_row_block(const RowBlockUpdate& task) {
       fetch_next_chunk(task, j0 + columns, row);
       for (std::ptrdiff_t j = 0; j < columns; j += tile_columns) {
         const std::ptrdiff_t tile = j / tile_columns;
-        const double* const b = chunk.tile_data(tile);
+        const TileColumns of_b{chunk.value + tile * tile_columns * product_run, task.b + (j0 + j) * task.ldb, task.ldb};
         const double* const next_p = task.p + (next_row + tile * passes * fetched_rows % tile_rows) * product_run;
         switch (task.rows - row) {
           case 1:
-            update_columns<1>(task, row, j0 + j, columns - j, b, next_p);
+            update_columns<1>(task, row, j0 + j, columns - j, of_b, next_p);
             break;
           case 2:
-            update_columns<2>(task, row, j0 + j, columns - j, b, next_p);
+            update_columns<2>(task, row, j0 + j, columns - j, of_b, next_p);
             break;
           case 3:
-            update_columns<3>(task, row, j0 + j, columns - j, b, next_p);
+            update_columns<3>(task, row, j0 + j, columns - j, of_b, next_p);
             break;
           default:
-            update_columns<tile_rows>(task, row, j0 + j, columns - j, b, next_p);
+            update_columns<tile_rows>(task, row, j0 + j, columns - j, of_b, next_p);
         }
       }
     }
