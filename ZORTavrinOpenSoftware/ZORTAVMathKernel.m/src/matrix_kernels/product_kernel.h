@@ -243,7 +243,7 @@ void fetch_next_chunk(const RowBlockUpdate& task, std::ptrdiff_t j0, std::ptrdif
   for (std::ptrdiff_t j = j0; j < j0 + columns; ++j) {
     const double* const b = task.b + j * task.ldb;
     for (std::ptrdiff_t l = first; l < HWY_MIN(first + 2 * line, task.depth); l += line) {
-      __builtin_prefetch(b + l, 0, 2);
+      hwy::Prefetch(b + l);
     }
     hwy::Prefetch(task.c + row + j * task.ldc);
   }
