@@ -19,7 +19,7 @@ inline constexpr std::int32_t increments[] = {1, -1, 2, -2, 3, 0};
 template <class Visit>
 void for_vectors(const Visit& visit) {
   for (std::int32_t n = -2; n <= 1000; n += n < 80 ? 1 : 131) {
-    for (const std::size_t at : {0, 8, 16, 24, 32, 40, 48, 56, 2}) {
+    for (const std::size_t at : {0U, 8U, 16U, 24U, 32U, 40U, 48U, 56U, 2U}) {
       visit(n, at);
     }
   }
