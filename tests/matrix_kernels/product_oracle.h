@@ -49,7 +49,7 @@ class Operands {
     c = matrix(x.m, x.n, x.ldc(), x.beta != 0.0, -7.0, random);
   }
 
-  // Each depth block of 248: eight lanes, lane 0 from beta·C; s(t) = x(t) + x(t+4); (s0 + s1) + (s2 + s3).
+  // One chain for each element: from beta·C, product after product in increasing depth.
   std::vector<double> in_stated_order() const {
     int32_t level = 0, highest = 0, reason = 0;
     ehgetisa(&level, &highest, &reason);
@@ -59,21 +59,11 @@ class Operands {
       for (int32_t i = 0; i < x.m; ++i) {
         double& element = result[position(i, j, x.ldc())];
         element = x.beta == 0.0 ? 0.0 : x.beta * element;
-        for (int32_t l0 = 0; x.alpha != 0.0 && l0 < x.k; l0 += 248) {
-          double lane[8] = {element};
-          const int32_t depth = std::min(248, x.k - l0);
-          for (int32_t l = 0; l < (depth + 7) / 8 * 8; ++l) {
-            double p = 0.0;
-            double q = 0.0;
-            if (l < depth) {
-              p = x.transpose_a() ? a[position(l0 + l, i, x.lda())] : a[position(i, l0 + l, x.lda())];
-              q = x.transpose_b() ? b[position(j, l0 + l, x.ldb())] : b[position(l0 + l, j, x.ldb())];
-              (x.transpose_b() ? q : p) *= x.alpha;
-            }
-            lane[l % 8] = fuse ? std::fma(p, q, lane[l % 8]) : lane[l % 8] + p * q;
-          }
-          const double s[4] = {lane[0] + lane[4], lane[1] + lane[5], lane[2] + lane[6], lane[3] + lane[7]};
-          element = (s[0] + s[1]) + (s[2] + s[3]);
+        for (int32_t l = 0; x.alpha != 0.0 && l < x.k; ++l) {
+          double p = x.transpose_a() ? a[position(l, i, x.lda())] : a[position(i, l, x.lda())];
+          double q = x.transpose_b() ? b[position(j, l, x.ldb())] : b[position(l, j, x.ldb())];
+          (x.transpose_b() ? q : p) *= x.alpha;
+          element = fuse ? std::fma(p, q, element) : element + p * q;
         }
       }
     }

@@ -23,9 +23,9 @@ struct Product {
 
 enum class Team { caller_alone, threads };
 
-// Each element of C starts from beta·C and adds its products by depth blocks of 248, in increasing depth within each of
-// eight lanes (product_kernel.h); the result does not depend on the team.
-// Stack: 158,784 bytes for the packed rows and 11,904 for the columns at hand on every thread; when B is transposed,
+// Each element of C starts from beta·C and adds its products one by one in increasing depth; the result does not depend
+// on the team.
+// Stack: 158,784 bytes for the packed rows and at most 33,280 for the tile at hand on every thread; when B is transposed,
 // 190,528 more on the calling one.
 void blocked_product(const Product& product, Team team);
 

@@ -13,10 +13,7 @@ inline constexpr std::ptrdiff_t product_depth_block = 248;
 inline constexpr std::ptrdiff_t product_column_block = 1024;
 inline constexpr std::ptrdiff_t product_column_block_transposed = 96;
 
-// Products are summed in eight lanes, whatever the register width: lane t takes the depths l with (l - 1) mod 8 = t.
-inline constexpr std::ptrdiff_t product_lanes = 8;
-
-// Both packing buffers hold runs of up to product_depth_block values, padded with zeros to a multiple of eight.
+// Both packing buffers hold runs of up to product_depth_block values.
 inline constexpr std::ptrdiff_t product_run = product_depth_block;
 
 // C(i, j) := beta·C(i, j) + Σ P(l, i)·B(l, j) over l, for one row block and the columns of one pass.
@@ -33,10 +30,10 @@ struct RowBlockUpdate {
 };
 
 struct ProductKernelTable {
-  // P(l, i) := alpha·A(i, l): run i gathers row i of A, `stride` apart. Runs are padded with zeros.
+  // P(l, i) := alpha·A(i, l): run i gathers row i of A, `stride` apart.
   void (*pack_across)(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const double* a, std::ptrdiff_t stride,
                       double* p);
-  // P(l, i) := alpha·A(l, i): run i is a piece of column i of A, columns `stride` apart. Runs are padded with zeros.
+  // P(l, i) := alpha·A(l, i): run i is a piece of column i of A, columns `stride` apart.
   void (*pack_along)(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const double* a, std::ptrdiff_t stride,
                      double* p);
   void (*update_row_block)(const RowBlockUpdate& task);

@@ -17,9 +17,8 @@ using PackTag = hn::CappedTag<double, 4>;
 using PackVector = hn::Vec<PackTag>;
 constexpr std::ptrdiff_t pack_lanes = sizeof(PackVector) / sizeof(double);
 
-constexpr std::ptrdiff_t padded(std::ptrdiff_t depth) {
-  return (depth + product_lanes - 1) / product_lanes * product_lanes;
-}
+// Doubles of a cache line.
+constexpr std::ptrdiff_t pack_group = 8;
 
 // Scales and transposes the pack_lanes × pack_lanes block at a into the runs at p.
 template <class D>
@@ -49,10 +48,10 @@ void pack_across(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const 
   const PackTag d;
   const auto factor = hn::Set(d, alpha);
   const std::ptrdiff_t whole_runs = runs / pack_lanes * pack_lanes;
-  const std::ptrdiff_t whole_depth = depth / product_lanes * product_lanes;
-  for (std::ptrdiff_t l0 = 0; l0 < whole_depth; l0 += product_lanes) {
+  const std::ptrdiff_t whole_depth = depth / pack_group * pack_group;
+  for (std::ptrdiff_t l0 = 0; l0 < whole_depth; l0 += pack_group) {
     for (std::ptrdiff_t i = 0; i < whole_runs; i += pack_lanes) {
-      for (std::ptrdiff_t l = l0; l < l0 + product_lanes; l += pack_lanes) {
+      for (std::ptrdiff_t l = l0; l < l0 + pack_group; l += pack_lanes) {
         transpose_block(d, factor, a + i + l * stride, stride, p + i * product_run + l);
       }
     }
@@ -68,9 +67,6 @@ void pack_across(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const 
       pack_one(i, 0, whole_depth);
     }
     pack_one(i, whole_depth, depth);
-    for (std::ptrdiff_t l = depth; l < padded(depth); ++l) {
-      p[i * product_run + l] = 0.0;
-    }
   }
 }
 
@@ -88,9 +84,6 @@ void pack_along(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const d
     }
     for (; l < depth; ++l) {
       run[l] = alpha * column[l];
-    }
-    for (; l < padded(depth); ++l) {
-      run[l] = 0.0;
     }
   }
 }
