@@ -43,10 +43,10 @@
  * nothing to divide and the caller works alone. May be called from several threads at once on disjoint C. Stack: at
  * most 190 KiB on every thread, 376 KiB on the caller; nothing on the heap.
  *
- * Reproducibility: every element starts from beta·C and adds its products one by one in increasing depth; the bits do not
- * depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2 and AVX-512 agree to
- * the bit (fused multiply-add); SSE4.2 rounds product and sum separately.
- * Error: |C - Ĉ| ≤ (k + 2)·u·(|alpha||A||B| + |beta||C|) to first order.
+ * Reproducibility: every element starts from beta·C and adds its products one by one in increasing depth; the bits do
+ * not depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2 and AVX-512 agree
+ * to the bit (fused multiply-add); SSE4.2 rounds product and sum separately. Error: |C - Ĉ| ≤ (k + 2)·u·(|alpha||A||B|
+ * + |beta||C|) to first order.
  *
  * Source: J. J. Dongarra et al., "A set of level 3 basic linear algebra subprograms", ACM TOMS 16 (1990);
  * K. Goto, R. A. van de Geijn, "Anatomy of high-performance matrix multiplication", ACM TOMS 34 (2008).
