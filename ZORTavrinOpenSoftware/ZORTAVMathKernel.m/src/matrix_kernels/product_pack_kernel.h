@@ -5,6 +5,8 @@
 // are transposed in registers, eight depths of each run at a time, so that every line of the buffer is written once.
 #pragma once
 
+#include <hwy/cache_control.h>
+
 #include <cstddef>
 
 #include "dispatch/kernel_unit.h"
@@ -51,6 +53,11 @@ void pack_across(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const 
   const std::ptrdiff_t whole_depth = depth / pack_group * pack_group;
   for (std::ptrdiff_t l0 = 0; l0 < whole_depth; l0 += pack_group) {
     for (std::ptrdiff_t i = 0; i < whole_runs; i += pack_lanes) {
+      if (i % pack_group == 0) {
+        for (std::ptrdiff_t l = l0 + pack_group; l < HWY_MIN(l0 + 2 * pack_group, depth); ++l) {
+          hwy::Prefetch(a + i + l * stride);
+        }
+      }
       for (std::ptrdiff_t l = l0; l < l0 + pack_group; l += pack_lanes) {
         transpose_block(d, factor, a + i + l * stride, stride, p + i * product_run + l);
       }
