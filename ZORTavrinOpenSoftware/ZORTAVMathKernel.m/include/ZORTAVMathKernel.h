@@ -7,6 +7,7 @@
 #include "ZORTAVEigenSolver.h"
 #include "ZORTAVFactorization.h"
 #include "ZORTAVInstructionSet.h"
+#include "ZORTAVListing.h"
 #include "ZORTAVMatrixProduct.h"
 #include "ZORTAVSparseKernels.h"
 #include "ZORTAVSparsePatterns.h"
