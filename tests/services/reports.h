@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// What the library reports while a test runs: by its error-log hook, and as it is printed.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ZORTavError.h"
+
+namespace zortest {
+
+// While it lives: catalogs of the test's own are in force, standard output is caught.
+class Reports {
+ public:
+  // The diagnostics by "ERR_0302" and the like, for one catalog.
+  using Messages = std::vector<std::pair<std::string, std::string>>;
+
+  explicit Reports(const std::string& catalog, const Messages& messages)
+      : folder_(std::filesystem::temp_directory_path() / ("zortav_reports_" + std::to_string(getpid()))) {
+    std::filesystem::create_directories(folder_);
+    std::ofstream file(folder_ / (catalog + "_en.json"));
+    const char* separator = "{";
+    for (const auto& [id, diagnostic] : messages) {
+      file << separator << '"' << id << R"(": {"diagnostic": ")" << diagnostic << "\"}";
+      separator = ",\n";
+    }
+    file << "}\n";
+    file.close();
+    setenv("ZOR_MESSAGE_CATALOG_PATH", folder_.c_str(), 1);
+    setenv("LC_ALL", "C", 1);
+    told.clear();
+    SetErrorLog(&Reports::tell);
+    testing::internal::CaptureStdout();
+  }
+  Reports(const Reports&) = delete;
+  Reports& operator=(const Reports&) = delete;
+  ~Reports() {
+    testing::internal::GetCapturedStdout();
+    SetErrorLog(nullptr);
+    unsetenv("ZOR_MESSAGE_CATALOG_PATH");
+    std::filesystem::remove_all(folder_);
+  }
+
+  // "<severity> <identifier> <message>" of each report that the hook was told of since the last call.
+  std::vector<std::string> take() { return std::exchange(told, {}); }
+
+  // What was printed since the last call.
+  std::string printed() {
+    std::string text = testing::internal::GetCapturedStdout();
+    testing::internal::CaptureStdout();
+    return text;
+  }
+
+ private:
+  static void tell(ZORTavError* error) {
+    told.push_back(std::to_string(error->GetSeverity()) + " " + error->GetMsgId() + " " +
+                   error->GetNLSMessage().GetText());
+  }
+
+  std::filesystem::path folder_;
+  static inline std::vector<std::string> told;
+};
+
+}  // namespace zortest
