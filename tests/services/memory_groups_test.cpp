@@ -111,6 +111,8 @@ TEST_F(MemoryGroups, ACopySharesEverything) {
   EXPECT_EQ(assigned->blocks(), (Lengths{2, 3}));
   EXPECT_EQ(assigned->GetIndiceAllocation(), 2);
   EXPECT_EQ(assigned->GetMemoryUsed(), 5.0F);
+  std::vector<char*>().swap(copy->arrays);
+  std::vector<char*>().swap(assigned->arrays);
 }
 
 TEST_F(MemoryGroups, ReallocationKeepsTheContentsAndCountsNoSpareWord) {

@@ -22,17 +22,10 @@ class Reports {
   // The diagnostics by "ERR_0302" and the like, for one catalog.
   using Messages = std::vector<std::pair<std::string, std::string>>;
 
-  explicit Reports(const std::string& catalog, const Messages& messages)
+  Reports(const std::string& catalog, const Messages& messages)
       : folder_(std::filesystem::temp_directory_path() / ("zortav_reports_" + std::to_string(getpid()))) {
     std::filesystem::create_directories(folder_);
-    std::ofstream file(folder_ / (catalog + "_en.json"));
-    const char* separator = "{";
-    for (const auto& [id, diagnostic] : messages) {
-      file << separator << '"' << id << R"(": {"diagnostic": ")" << diagnostic << "\"}";
-      separator = ",\n";
-    }
-    file << "}\n";
-    file.close();
+    write(catalog, messages);
     setenv("ZOR_MESSAGE_CATALOG_PATH", folder_.c_str(), 1);
     setenv("LC_ALL", "C", 1);
     told.clear();
@@ -47,6 +40,19 @@ class Reports {
     unsetenv("ZOR_MESSAGE_CATALOG_PATH");
     std::filesystem::remove_all(folder_);
   }
+
+  // One more catalog, before anything is reported.
+  void write(const std::string& catalog, const Messages& messages) const {
+    std::ofstream file(folder_ / (catalog + "_en.json"));
+    const char* separator = "{";
+    for (const auto& [id, diagnostic] : messages) {
+      file << separator << '"' << id << R"(": {"diagnostic": ")" << diagnostic << "\"}";
+      separator = ",\n";
+    }
+    file << "}\n";
+  }
+
+  const std::filesystem::path& folder() const { return folder_; }
 
   // "<severity> <identifier> <message>" of each report that the hook was told of since the last call.
   std::vector<std::string> take() { return std::exchange(told, {}); }

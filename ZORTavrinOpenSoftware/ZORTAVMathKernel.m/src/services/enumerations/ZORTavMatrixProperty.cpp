@@ -16,8 +16,7 @@ const char* ZORTavMatrixPropertyName(ZORTavMatrixProperty value) {
   return names[value];
 }
 
-int ZORTavMatrixPropertyEnum(
-    ZORUnicodeString text,
-    ZORTavMatrixProperty) {  // NOLINT(performance-unnecessary-value-param): by value, as declared
+// NOLINTNEXTLINE(performance-unnecessary-value-param): callers were built for a text by value
+int ZORTavMatrixPropertyEnum(ZORUnicodeString text, ZORTavMatrixProperty) {
   return zortav::status_of_name(text, names);
 }

@@ -17,8 +17,7 @@ const char* ZORTavMatrixStorageTypeName(ZORTavMatrixStorageType value) {
   return names[value];
 }
 
-int ZORTavMatrixStorageTypeEnum(
-    ZORUnicodeString text,
-    ZORTavMatrixStorageType) {  // NOLINT(performance-unnecessary-value-param): by value, as declared
+// NOLINTNEXTLINE(performance-unnecessary-value-param): callers were built for a text by value
+int ZORTavMatrixStorageTypeEnum(ZORUnicodeString text, ZORTavMatrixStorageType) {
   return zortav::status_of_name(text, names);
 }

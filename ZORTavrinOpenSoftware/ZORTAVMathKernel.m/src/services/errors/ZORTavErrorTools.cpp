@@ -48,11 +48,10 @@ void ZORTavErrorTools::Create(int id, const ZORTavTypeEncapError& p1, const ZORT
 
 void ZORTavErrorTools::Create(const char* text) {
   const ZORUnicodeString message(text);
-  // The report gives the error up.
   if (new (std::nothrow) ZORTavError(&message) == nullptr) {
     ZORFatalError("no memory for an error report", __FILE__, __LINE__);
   }
-}
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the report has given the error up
 
 void ZORTavErrorTools::CreateError(int id, const char* catalog, const ZORTavTypeEncapError& p1,
                                    const ZORTavTypeEncapError& p2, const ZORTavTypeEncapError& p3,

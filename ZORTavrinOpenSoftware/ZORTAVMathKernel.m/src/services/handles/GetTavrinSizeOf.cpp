@@ -9,7 +9,6 @@ int GetTavrinSizeOf(ZORTavValue tag) {
       return 4;
     case ZORTavValueReal8:
     case ZORTavValueZORMathComplexf:
-      return 8;
     // Of the pointers these two alone have a size: callers rely on the 0 of the others.
     case ZORTavValueInteger4Ptr:
     case ZORTavValueChar1Ptr:
