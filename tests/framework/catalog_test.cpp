@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+// The messages of catalogs, as an error tells them. Files are kept once read: every case has a folder of its own.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "ZORResourceError.h"
+#include "support/files.h"
+
+namespace {
+
+using zortav::test::captured;
+using zortav::test::ScratchFolder;
+using zortav::test::write;
+
+class Catalog : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+      unsetenv(name);
+    }
+    setenv("ZOR_MESSAGE_CATALOG_PATH", folder_.path().c_str(), 1);
+  }
+  void TearDown() override { unsetenv("ZOR_MESSAGE_CATALOG_PATH"); }
+
+  // One message of the catalog file "Own_en.json" in this case's folder.
+  void hold(const std::string& message) const { write(folder_ / "Own_en.json", "{\"ERR_0007\": " + message + "}"); }
+
+  ScratchFolder folder_;
+};
+
+std::string diagnostic(const char* catalog, const char* id, const std::vector<ZORUnicodeString>& parameters = {}) {
+  ZORResourceError error(id, catalog);
+  error.SetNLSDiagnosticParams(static_cast<int32_t>(parameters.size()), parameters.data());
+  return error.GetNLSDiagnostic().GetText();
+}
+
+std::string own() {
+  return diagnostic("Own", "ERR_0007");
+}
+
+TEST_F(Catalog, AMessageIsItsRequestDiagnosticAndAdvice) {
+  hold(R"({"request": "r /p1", "diagnostic": "d /p1", "advice": "a /p1", "help_file": "h", "help_context": "c"})");
+  ZORResourceError error("ERR_0007", "Own");
+  const ZORUnicodeString r = "1";
+  const ZORUnicodeString d = "2";
+  const ZORUnicodeString a = "3";
+  error.SetNLSParameters(1, &r, 1, &d, 1, &a);
+  EXPECT_STREQ(error.GetNLSMessage().GetText(), "r 1\nd 2\na 3");
+  EXPECT_STREQ(error.GetMessageText().GetText(), "r 1\nd 2\na 3");
+  EXPECT_STREQ(error.GetNLSHelpFile().GetText(), "h");
+  EXPECT_STREQ(error.GetNLSHelpContext().GetText(), "c");
+  EXPECT_EQ(captured(stderr, [&] { error.Display(); }), "r 1\nd 2\na 3\n");
+  error.SetNLSDiagnosticParams(1, nullptr);
+  EXPECT_STREQ(error.GetNLSMessage().GetText(), "r 1\nd \na 3");
+  EXPECT_EQ(diagnostic("Own", "ERR_0008"), "");
+}
+
+TEST_F(Catalog, ParametersGoByNumber) {
+  std::vector<ZORUnicodeString> parameters;
+  for (int i = 1; i <= 30; ++i) {
+    parameters.push_back(ZORUnicodeString("<") + std::to_string(i).c_str() + ">");
+  }
+  parameters[4] = "/p1";
+  parameters[5] = "";
+  const char* const cases[][2] = {{"/p1 /p2/p3.", "<1> <2><3>."},
+                                  {"/p12 /p1 2", "<12> <1> 2"},
+                                  {"/p25 /p26 /p123 /p100", "<25> <2>6 <12>3 <10>0"},
+                                  {"/p5 [/p6]", "/p1 []"},
+                                  {"/p0 /p /px /P1 / //p1 1/2/", "/p0 /p /px /P1 / /<1> 1/2/"},
+                                  {"/p01 /p-1 /p99", "/p01 /p-1 <9>9"}};
+  for (const auto& c : cases) {
+    const ScratchFolder folder;
+    setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
+    write(folder / "Own_en.json", R"({"ERR_0007": {"diagnostic": ")" + std::string(c[0]) + R"("}})");
+    EXPECT_EQ(diagnostic("Own", "ERR_0007", parameters), c[1]);
+  }
+  hold(R"({"diagnostic": "[/p1/p25]"})");
+  setenv("ZOR_MESSAGE_CATALOG_PATH", folder_.path().c_str(), 1);
+  EXPECT_EQ(own(), "[]");
+}
+
+TEST_F(Catalog, TheLocaleChoosesTheLanguage) {
+  write(folder_ / "Own_en.json", R"({"ERR_0007": {"diagnostic": "en"}, "ERR_0008": {"diagnostic": "en only"}})");
+  write(folder_ / "Own_fr.json", R"({"ERR_0007": {"diagnostic": "fr"}})");
+  write(folder_ / "Own_de.json", R"({"ERR_0007": {"diagnostic": "de"}})");
+  EXPECT_EQ(own(), "en");
+  setenv("LANG", "fr_CA.UTF-8", 1);
+  EXPECT_EQ(own(), "fr");
+  EXPECT_EQ(diagnostic("Own", "ERR_0008"), "en only");
+  setenv("LC_MESSAGES", "de", 1);
+  EXPECT_EQ(own(), "de");
+  setenv("LC_ALL", "fr@euro", 1);
+  EXPECT_EQ(own(), "fr");
+  setenv("LC_ALL", "", 1);
+  EXPECT_EQ(own(), "de");
+  for (const char* no_language : {"C", "POSIX", "C.UTF-8", "it_IT", "../fr", "FR", "_"}) {
+    setenv("LC_ALL", no_language, 1);
+    EXPECT_EQ(own(), "en") << no_language;
+  }
+}
+
+TEST_F(Catalog, OwnMessagesAreCompiledInBehindTheirFiles) {
+  const char* const kernel = "ZORTAVMathKernelError";
+  const std::vector<ZORUnicodeString> parameters = {"2000", "1900"};
+  for (const std::string language : {"en", "fr"}) {
+    setenv("LANG", language.c_str(), 1);
+    for (const char* id : {"WARN_0300", "ERR_0302"}) {
+      const std::string text = diagnostic(kernel, id, parameters);
+      EXPECT_LT(text.find("2000 kilo"), text.find("1900 kilo")) << text;
+      EXPECT_NE(text.find(language == "fr" ? "sont" : "are"), std::string::npos) << text;
+    }
+    EXPECT_NE(diagnostic(kernel, "ERR_1025"), "");
+    EXPECT_NE(diagnostic(kernel, "WARN_1026"), "");
+  }
+  const std::string compiled_in = diagnostic(kernel, "ERR_1025");
+  const ScratchFolder folder;
+  setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
+  write(folder / "ZORTAVMathKernelError_fr.json", R"({"ERR_0302": {"diagnostic": "ours"}})");
+  EXPECT_EQ(diagnostic(kernel, "ERR_0302"), "ours");
+  EXPECT_EQ(diagnostic(kernel, "ERR_1025"), compiled_in);
+}
+
+TEST_F(Catalog, TheInternalErrorIsKnownInEveryCatalog) {
+  hold("{}");
+  const ZORUnicodeString text = "Null Allocation Length";
+  for (const char* catalog : {"ZORTavrinError", "ZORTAVMathKernelError", "Own", "NoSuchCatalog", "", "../Own"}) {
+    ZORResourceError error("ERR_0001", catalog);
+    error.SetNLSAdviceParams(1, &text);
+    EXPECT_STREQ(error.GetNLSMessage().GetText(), text.GetText()) << catalog;
+    EXPECT_TRUE(error.GetNLSDiagnostic().IsEmpty()) << "a diagnostic would make it an error of its own";
+  }
+}
+
+TEST_F(Catalog, FoldersAreSearchedInOrder) {
+  write(folder_ / "b/Own_en.json", R"({"ERR_0007": {"diagnostic": "b"}})");
+  write(folder_ / "c/Own_en.json", R"({"ERR_0007": {"diagnostic": "c"}})");
+  write(folder_ / "d/Own_en.json", "{");
+  const std::string path =
+      "::" + (folder_ / "none") + ":" + (folder_ / "d") + ":" + (folder_ / "c/") + ":" + (folder_ / "b");
+  setenv("ZOR_MESSAGE_CATALOG_PATH", path.c_str(), 1);
+  const std::string reported = captured(stderr, [] { EXPECT_EQ(own(), "c"); });
+  EXPECT_NE(reported.find(folder_ / "d/Own_en.json"), std::string::npos);
+}
+
+TEST_F(Catalog, ABrokenFileIsReportedOnceAndTakenAsAbsent) {
+  const std::string deep(1 << 20, '[');
+  std::string deep_objects;
+  for (int i = 0; i < 200000; ++i) {
+    deep_objects += "{\"ERR_0007\":";
+  }
+  const std::string too_large = R"({"ERR_0007": {"diagnostic": ")" + std::string(std::size_t{16} << 20, 'x') + R"("}})";
+  const std::string broken[] = {"",
+                                "{",
+                                "[]",
+                                "7",
+                                "null",
+                                R"({"ERR_0007": {"diagnostic": "d"}} more)",
+                                R"({"ERR_0007": "d"})",
+                                R"({"ERR_0007": {"diagnostic": 7}})",
+                                R"({"ERR_0007": {"diagnostic": ["d"]}})",
+                                R"({"ERR_0007": {"diagnostic": "d"}, "ERR_0008": [1e999]})",
+                                "{\"ERR_0007\": {\"diagnostic\": \"\xC3\x28\"}}",
+                                R"({"ERR_0007": {"diagnostic": "\uD800"}})",
+                                std::string("{\"\0\": {}", 8),
+                                deep,
+                                deep_objects,
+                                too_large};
+  for (const std::string& text : broken) {
+    const ScratchFolder folder;
+    setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
+    write(folder / "Own_en.json", text);
+    const std::string reported = captured(stderr, [&] {
+      EXPECT_EQ(own(), "") << text.substr(0, 60);
+      setenv("ZOR_MESSAGE_CATALOG_PATH", ((folder / "none") + ":" + folder.path().string()).c_str(), 1);
+      EXPECT_EQ(own(), "");
+    });
+    const std::size_t first = reported.find(folder / "Own_en.json");
+    EXPECT_NE(first, std::string::npos) << text.substr(0, 60);
+    EXPECT_EQ(reported.find(folder / "Own_en.json", first + 1), std::string::npos) << reported;
+  }
+}
+
+TEST_F(Catalog, OnlyPlainFilesOfPlainNamesAreRead) {
+  write(folder_ / "Other_en.json", R"({"ERR_0007": {"diagnostic": "other"}})");
+  const std::string deeper = folder_ / "deeper";
+  ASSERT_EQ(mkdir(deeper.c_str(), 0755), 0);
+  ASSERT_EQ(mkdir((deeper + "/Own_en.json").c_str(), 0755), 0);
+  ASSERT_EQ(mkfifo((deeper + "/Pipe_en.json").c_str(), 0644), 0);
+  setenv("ZOR_MESSAGE_CATALOG_PATH", deeper.c_str(), 1);
+  const std::string absolute = folder_ / "Other";
+  for (const char* name : {"../Other", absolute.c_str(), "Own", "Pipe", "", "\xFF"}) {
+    EXPECT_EQ(captured(stderr, [&] { EXPECT_EQ(diagnostic(name, "ERR_0007"), "") << name; }), "");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "ZORResourceError.h"
+#include "support/files.h"
+
+namespace {
+
+class CountedError : public ZORResourceError {
+ public:
+  explicit CountedError(int& alive) : ZORResourceError("ERR_0302", "ZORTAVMathKernelError"), alive_(alive) { ++alive_; }
+  CountedError(const CountedError& other) : ZORResourceError(other), alive_(other.alive_) { ++alive_; }
+  ~CountedError() override { --alive_; }
+  CountedError& operator=(const CountedError&) = delete;
+  ZORError* CloneSelf() const override { return new CountedError(*this); }
+
+ private:
+  int& alive_;
+};
+
+TEST(Error, LivesUntilItsLastReferenceIsGivenUp) {
+  int alive = 0;
+  ZORError* const error = new CountedError(alive);
+  EXPECT_EQ(error->AddRef(), 2U);
+  ZORError* const copy = error->CloneSelf();
+  EXPECT_EQ(alive, 2);
+  EXPECT_EQ(copy->Release(), 0U) << "a copy has one reference of its own";
+  EXPECT_EQ(error->Release(), 1U);
+  EXPECT_EQ(alive, 1);
+  EXPECT_EQ(error->Release(), 0U);
+  EXPECT_EQ(alive, 0);
+}
+
+TEST(Error, KnowsItsClass) {
+  ZORResourceError error("ERR_0001", "ZORTavrinError");
+  const ZORBaseObject& object = error;
+  EXPECT_STREQ(object.IsA(), "ZORResourceError");
+  EXPECT_EQ(object.GetMetaObject()->GetBase(), ZORError::MetaObject());
+  for (const char* name : {"ZORResourceError", "ZORError", "ZORBaseObject"}) {
+    EXPECT_EQ(object.IsAKindOf(name), 1) << name;
+    void* same = nullptr;
+    EXPECT_EQ(error.QueryInterface(name, &same), 0);
+    EXPECT_EQ(same, static_cast<ZORBaseObject*>(&error));
+    EXPECT_EQ(error.Release(), 1U);
+  }
+  for (const char* name : {"ZORTavError", "", static_cast<const char*>(nullptr)}) {
+    void* same = &error;
+    EXPECT_EQ(object.IsAKindOf(name), 0);
+    EXPECT_EQ(error.QueryInterface(name, &same), ZORStatusNoInterface);
+    EXPECT_EQ(same, nullptr);
+  }
+  EXPECT_EQ(ZORError().IsAKindOf("ZORResourceError"), 0);
+}
+
+TEST(Error, ACopyAndAnAssignmentTellTheSame) {
+  ZORResourceError error(302, "ERR_0302", "ZORTAVMathKernelError");
+  const ZORUnicodeString parameters[] = {"1000", "900"};
+  error.SetNLSDiagnosticParams(2, parameters);
+  error.Setup("source.cpp", 12);
+  error.SetSourceContext("context");
+  error.SetReturnCode(E_FAIL);
+  error.SetInformationOnErrorType(3);
+  ZORResourceError assigned;
+  assigned = error;
+  ZORError* const clone = error.CloneSelf();
+  error = ZORResourceError();
+  EXPECT_TRUE(error.GetNLSSource().IsEmpty() && error.GetReturnCode() == 0);
+  for (ZORError* e : {static_cast<ZORError*>(&assigned), clone}) {
+    EXPECT_EQ(e->GetId(), 302U);
+    EXPECT_NE(std::strstr(e->GetNLSDiagnostic().GetText(), "1000 kilo"), nullptr);
+    EXPECT_STREQ(e->GetNLSSource().GetText(), "source.cpp, 12");
+    EXPECT_STREQ(e->GetSourceContext(), "context");
+    EXPECT_EQ(e->GetReturnCode(), E_FAIL);
+    EXPECT_EQ(e->GetInformationOnErrorType(), 3);
+  }
+  clone->Release();
+}
+
+TEST(Error, ThrowEndsTheProcessWithTheWholeMessage) {
+  EXPECT_EXIT(ZORResourceError("ERR_1025", "ZORTAVMathKernelError").Throw("source.cpp", 12), testing::ExitedWithCode(1),
+              "too large to be counted[^(]*\\(source.cpp, line 12\\)");
+}
+
+// The place of a virtual operation in its class's table, as the platform's C++ encodes it.
+template <class Operation>
+std::ptrdiff_t place(Operation operation) {
+  std::ptrdiff_t offset_and_one = 0;
+  std::memcpy(&offset_and_one, &operation, sizeof offset_and_one);
+  return (offset_and_one - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+TEST(Error, TheOrderOfItsVirtualOperationsIsFixed) {
+  using E = ZORError;
+  using ByIdentifier = int32_t (ZORBaseObject::*)(const ZORUuid&, void**);
+  using ByName = int32_t (ZORBaseObject::*)(const char*, void**);
+  constexpr std::ptrdiff_t destructors = -1;  // two places, of which no pointer can be had
+  const std::vector<std::ptrdiff_t> places = {
+      place(static_cast<ByIdentifier>(&E::QueryInterface)),
+      place(&E::AddRef),
+      place(&E::Release),
+      place(&E::GetTypeInfoCount),
+      place(&E::GetTypeInfo),
+      place(&E::GetIDsOfNames),
+      place(&E::Invoke),
+      place(static_cast<ByName>(&E::QueryInterface)),
+      destructors,
+      destructors,
+      place(&E::GetMetaObject),
+      place(&E::IsA),
+      place(&E::IsAKindOf),
+      place(&E::GetImpl),
+      place(&E::SetImpl),
+      place(&E::IsNull),
+      place(&E::IsEqual),
+      place(&E::ChangeComponentState),
+      place(&E::GetId),
+      place(&E::GetMsgId),
+      place(&E::GetMsgCatalog),
+      place(&E::GetSourceFileName),
+      place(&E::SetSourceFileName),
+      place(&E::GetSourceLineNumber),
+      place(&E::SetSourceLineNumber),
+      place(&E::GetMessageText),
+      place(&E::GetNLSMessage),
+      place(&E::GetNLSRequest),
+      place(&E::GetNLSDiagnostic),
+      place(&E::GetNLSAdvice),
+      place(&E::GetNLSSource),
+      place(&E::GetNLSHelpFile),
+      place(&E::GetNLSHelpContext),
+      place(&E::Display),
+      place(&E::PrintHistory),
+      place(&E::Throw),
+      place(&E::SetNLSParameters),
+      place(&E::SetNLSRequestParams),
+      place(&E::SetNLSDiagnosticParams),
+      place(&E::SetNLSAdviceParams),
+      place(&E::SetSourceContext),
+      place(&E::GetSourceContext),
+      place(&E::GetReturnCode),
+      place(&E::SetReturnCode),
+      place(&E::GetInformationOnErrorType),
+      place(&E::SetInformationOnErrorType),
+      place(&E::CloneSelf),
+      place(&E::GetErrorTable),
+  };
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (places[i] != destructors) {
+      EXPECT_EQ(places[i], static_cast<std::ptrdiff_t>(i));
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <limits>
+#include <string>
+
+#include "ZORFile.h"
+#include "ZORTAVListing.h"
+#include "ZORTavListingServices.h"
+#include "ZORTavTraces.h"
+#include "support/files.h"
+
+namespace {
+
+using Log = ZORTavListingServices;
+using zortav::test::captured;
+using zortav::test::contents;
+
+constexpr int32_t file_not_found = static_cast<int32_t>(0x80070002U);
+constexpr int32_t access_denied = static_cast<int32_t>(0x80070005U);
+
+bool is_open(int descriptor) {
+  return fcntl(descriptor, F_GETFD) != -1;
+}
+
+// The state when no log is open, or has become so.
+void expect_no_log() {
+  EXPECT_EQ(Log::GetDescriptor(), -1);
+  EXPECT_TRUE(Log::GetDirectory().IsEmpty() && Log::GetFileName().IsEmpty());
+}
+
+class Listing : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(std::filesystem::create_directories(here()) && std::filesystem::create_directories(there()));
+  }
+  void TearDown() override { EXPECT_EQ(Log::Reset(), 0); }
+
+  std::string here() const { return folder_ / "here"; }
+  std::string there() const { return folder_ / "there"; }
+  // The log's file, were it in this folder.
+  static std::string file_in(const std::string& folder) { return folder + "/" + Log::GetFileName().GetText(); }
+  static std::string logged() { return contents(file_in(Log::GetDirectory().GetText())); }
+
+ private:
+  zortav::test::ScratchFolder folder_;
+};
+
+TEST_F(Listing, TheLogsNameTellsUserHostTimeAndIsUnique) {
+  ASSERT_EQ(Log::Set(here().c_str()), 0);
+  const passwd* const user = getpwuid(getuid());
+  char host[256] = "";
+  gethostname(host, sizeof host);
+  const std::string name = Log::GetFileName().GetText();
+  EXPECT_THAT(name, testing::StartsWith(std::string("TavrinSolverLog_") +
+                                        (user != nullptr ? user->pw_name : "UnknownUser") + "_" + host + "_d"));
+  EXPECT_THAT(name,
+              testing::MatchesRegex(".*_d[0-9]{3}_h[0-9]{2}m[0-9]{2}_[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\.txt"));
+  EXPECT_EQ(Log::Reset(), 0);
+  ASSERT_EQ(Log::Set(here().c_str()), 0);
+  EXPECT_NE(name, Log::GetFileName().GetText());
+}
+
+TEST_F(Listing, AFolderThatCannotHoldTheLogIsRefused) {
+  const auto expect_refusals = [this] {
+    zortav::test::write(there() + "/file", "");
+    EXPECT_EQ(Log::Set(""), ZORStatusInvalidArgument);
+    EXPECT_EQ(Log::Set((there() + "/none").c_str()), file_not_found);
+    EXPECT_EQ(ZORStatusCause(Log::Set((there() + "/file").c_str())), ZORCausePathNotFound);
+  };
+  expect_refusals();
+  expect_no_log();
+  ASSERT_EQ(Log::Set(here().c_str()), 0);
+  const int32_t descriptor = Log::GetDescriptor();
+  expect_refusals();
+  zortav::test::write(file_in(there()), "somebody else's");
+  EXPECT_EQ(Log::Set(there().c_str()), ZORStatusFileExists);
+  EXPECT_EQ(Log::GetDescriptor(), descriptor);
+  ehprint("still here");
+  EXPECT_EQ(contents(file_in(here())), "still here\n");
+  EXPECT_EQ(contents(file_in(there())), "somebody else's");
+}
+
+TEST_F(Listing, TheSameFolderAgainChangesNothing) {
+  ASSERT_EQ(Log::Set(here().c_str()), 0);
+  const int32_t descriptor = Log::GetDescriptor();
+  const std::string name = Log::GetFileName().GetText();
+  for (const std::string& again : {here(), here() + "/../here/."}) {
+    EXPECT_EQ(Log::Set(again.c_str()), 0);
+  }
+  EXPECT_TRUE(Log::GetDescriptor() == descriptor && Log::GetFileName() == name.c_str());
+  EXPECT_STREQ(Log::GetDirectory().GetText(), here().c_str());
+}
+
+TEST_F(Listing, TheLogMovesWithItsContents) {
+  ASSERT_EQ(Log::Set(here().c_str()), 0);
+  const std::string name = Log::GetFileName().GetText();
+  ehprint("here");
+  EXPECT_EQ(Log::Set((there() + "/").c_str()), 0);
+  ehprint("there");
+  EXPECT_EQ(name, Log::GetFileName().GetText());
+  EXPECT_EQ(Log::GetDirectory(), (there() + "/").c_str());
+  EXPECT_EQ(logged(), "here\nthere\n");
+  EXPECT_TRUE(std::filesystem::is_empty(here()));
+}
+
+TEST_F(Listing, ResetClosesTheLog) {
+  EXPECT_EQ(Log::Reset(), 0);
+  ASSERT_EQ(Log::Set(here().c_str()), 0);
+  const int32_t descriptor = Log::GetDescriptor();
+  EXPECT_EQ(Log::Reset(), 0);
+  EXPECT_FALSE(is_open(descriptor));
+  expect_no_log();
+}
+
+// In a child: what follows a failure in the middle of a move is not to be undone.
+[[noreturn]] void move_a_log_whose_file_is_gone(const std::string& here, const std::string& there) {
+  Log::Set(here.c_str());
+  const int32_t descriptor = Log::GetDescriptor();
+  ZORDeleteFile((here + "/" + Log::GetFileName().GetText()).c_str());
+  const bool refused = Log::Set(there.c_str()) == file_not_found;
+  const bool kept = Log::GetDescriptor() == descriptor && Log::GetDirectory() == here.c_str();
+  const bool closed = !is_open(descriptor) && Log::Reset() < 0 && Log::GetDescriptor() == descriptor;
+  const bool written = captured(stdout, [] { ehprint("to standard output"); }) == "to standard output\n";
+  std::_Exit(refused && kept && closed && written && std::filesystem::is_empty(there) ? 0 : 1);
+}
+
+[[noreturn]] void set_as_another_user(uid_t user, const std::string& folder) {
+  std::filesystem::permissions(std::filesystem::path(folder).parent_path(), std::filesystem::perms::all);
+  std::filesystem::permissions(folder, std::filesystem::perms::all);
+  if (setuid(user) != 0) {
+    std::_Exit(2);
+  }
+  const bool refused = Log::Set("/") == access_denied;
+  const bool open = Log::Set(folder.c_str()) == 0;
+  std::fprintf(stderr, "%s\n", Log::GetFileName().GetText());
+  std::_Exit(refused && open ? 0 : 1);
+}
+
+TEST_F(Listing, FailuresInAChild) {
+  EXPECT_EXIT(move_a_log_whose_file_is_gone(here(), there()), testing::ExitedWithCode(0), "");
+  if (getuid() == 0) {
+    constexpr uid_t nobody_knows = 1234567;
+    EXPECT_EXIT(set_as_another_user(nobody_knows, here()), testing::ExitedWithCode(0), "^TavrinSolverLog_UnknownUser_");
+  }
+}
+
+// Every plain entry once.
+void print_all() {
+  const int32_t integer = std::numeric_limits<int32_t>::min();
+  const double real = -0.1;
+  ehprint("100 %d");
+  ehprini("N =", &integer);
+  ehprinr("T = %.17g", &real);
+  ehprint("");
+}
+
+const char* const all_printed = "100 %d\nN =-2147483648\n\n\nT = -0.10000000000000001\n\n\n";
+
+TEST_F(Listing, WithoutALogItIsStandardOutput) {
+  EXPECT_EQ(captured(stdout, print_all), all_printed);
+  ZORTAVTraceState("TAVPrint", 0);
+  EXPECT_EQ(captured(stdout, print_all), "");
+  ZORTAVTraceState("TAVPrint", 1);
+  EXPECT_EQ(captured(stdout, [] { ehprint("on"); }), "on\n");
+}
+
+TEST_F(Listing, WithALogNothingReachesStandardOutput) {
+  ASSERT_EQ(Log::Set(here().c_str()), 0);
+  const int free_descriptor = dup(0);
+  close(free_descriptor);
+  EXPECT_EQ(captured(stdout,
+                     [] {
+                       std::fputs("before,", stdout);  // still in the stream's buffer
+                       print_all();
+                       std::fputs("between,", stdout);
+                       print_all();
+                       std::fputs("after", stdout);
+                     }),
+            "before,between,after");
+  EXPECT_EQ(logged(), std::string(all_printed) + all_printed);
+  EXPECT_FALSE(is_open(free_descriptor)) << "no descriptor is left behind";
+  EXPECT_EQ(Log::Reset(), 0);
+  EXPECT_EQ(captured(stdout, [] { ehprint("again"); }), "again\n");
+}
+
+[[noreturn]] void print_with_standard_output_closed(const std::string& folder) {
+  close(STDOUT_FILENO);
+  print_all();
+  const bool open = Log::Set(folder.c_str()) == 0;
+  print_all();
+  const bool stayed_closed = !is_open(STDOUT_FILENO);
+  const bool lost = contents(folder + "/" + Log::GetFileName().GetText()).empty();
+  std::_Exit(open && stayed_closed && lost && Log::Reset() == 0 ? 0 : 1);
+}
+
+TEST_F(Listing, AClosedStandardOutputIsSurvived) {
+  EXPECT_EXIT(print_with_standard_output_closed(here()), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Listing, ChannelsAreOnAtLoadAndSetTavTracesSetsSixOfThem) {
+  const struct {
+    ZORTrace& trace;
+    const char* name;
+    int32_t at_load_turned;  // what SetTavTraces makes of a channel that has been turned from the default to the other
+  } channels[] = {{Tra_TAVPrint, "TAVPrint", 1},
+                  {Tra_TAVError, "TAVError", 1},
+                  {Tra_TAVCompute, "TAVCompute", 0},
+                  {Tra_TAVDefine, "TAVDefine", 0},
+                  {Tra_TAVStorage, "TAVStorage", 0},
+                  {Tra_TAVAcquire, "TAVAcquire", 0},
+                  {Tra_TAVOutput, "TAVOutput", -1},
+                  {Tra_TAVInfra, "TAVInfra", -1},
+                  {Tra_TAVStorageLink, "TAVStorageLink", -1},
+                  {Tra_TAVCpuElapse, "TAVCpuElapse", -1}};
+  for (auto& c : channels) {
+    EXPECT_STREQ(c.trace.GetName(), c.name);
+    EXPECT_EQ(captured(stdout, [&] { c.trace.TraPut("on"); }), "on") << c.name;
+  }
+  unsetenv("ADL_ODT_OUT");
+  for (const int32_t before : {0, 1}) {
+    for (auto& c : channels) {
+      ZORTAVTraceState(c.name, before);
+    }
+    SetTavTraces();
+    for (auto& c : channels) {
+      EXPECT_EQ(ZORTraControle(c.name).TraGetFlg(), c.at_load_turned < 0 ? before : c.at_load_turned) << c.name;
+    }
+  }
+  ZORTAVTraceState("TAVCompute", 1);
+  EXPECT_EQ(captured(stdout, [] { Tra_TAVCompute.TraPutLN("on"); }), "on\n");
+  EXPECT_STREQ(Tra_TAVOutput.GetTitle(), Tra_TAVAcquire.GetTitle());
+  EXPECT_STREQ(Tra_TAVStorageLink.GetTitle(), "Tavrin traces for external storage links ");
+}
+
+TEST_F(Listing, SetTavTracesOpensTheLog) {
+  for (const char* nothing : {static_cast<const char*>(nullptr), "", "/no/such/folder"}) {
+    nothing != nullptr ? setenv("ADL_ODT_OUT", nothing, 1) : unsetenv("ADL_ODT_OUT");
+    SetTavTraces();
+    expect_no_log();
+  }
+  setenv("ADL_ODT_OUT", here().c_str(), 1);
+  SetTavTraces();
+  unsetenv("ADL_ODT_OUT");
+  SetTavTraces();
+  ehprint("opened");
+  EXPECT_EQ(logged(), "opened\n");
+}
+
+}  // namespace
