@@ -44,29 +44,8 @@ TEST(Handles, EmptinessAndSizesByTag) {
   EXPECT_TRUE(ZORTavTypeEncapError::EmptyEncapEr.IsEmpty());
   EXPECT_TRUE(ZORTavTypeEncapError(static_cast<const char*>(nullptr)).IsEmpty());
   EXPECT_FALSE(ZORTavTypeEncapError("").IsEmpty());
+  EXPECT_EQ(static_cast<char**>(ZORTavTypeEncapMemory()), nullptr);
   static_assert(sizeof(ZORTavTypeEncapMemory) == 16);
-}
-
-TEST(Handles, HoldValuesAndTheAddressesOfPointers) {
-  EXPECT_EQ(Open(ZORTavTypeEncapError(-7)).Value.Integer, -7);
-  EXPECT_EQ(Open(ZORTavTypeEncapError(0.1)).Value.Real8, 0.1);
-  int* integers = nullptr;
-  float* reals4 = nullptr;
-  double* reals8 = nullptr;
-  char* characters = nullptr;
-  char** texts = nullptr;
-  const struct {
-    ZORTavTypeEncapMemory handle;
-    void* address;
-    ZORTavValue tag;
-  } arrays[] = {{integers, &integers, ZORTavValueInteger4Ptr}, {reals4, &reals4, ZORTavValueReal4Ptr},
-                {reals8, &reals8, ZORTavValueReal8Ptr},        {characters, &characters, ZORTavValueChar1Ptr},
-                {texts, &texts, ZORTavValueChar1PtrPtr},       {ZORTavTypeEncapMemory(), nullptr, ZORTavValueLast}};
-  for (const auto& array : arrays) {
-    const ZORTavTypeEncapMemory copy(array.handle);
-    EXPECT_EQ(static_cast<char**>(copy), array.address);
-    EXPECT_EQ(Open(copy).Tag, array.tag);
-  }
 }
 
 TEST(Handles, OwnTheirTexts) {
@@ -120,26 +99,6 @@ TEST(HandlesDeathTest, WithoutMemoryForATextTheProcessStops) {
         const ZORTavTypeEncapError copy(handle);
       },
       exits, "AssertionFailed:copiedContent._Ptr\n.*ZORTavTypeEncap");
-}
-
-TEST(Handles, ParametersGoIntoTheListOfTheirKind) {
-  ZORRawCollint integers;
-  ZORRawColldouble reals;
-  ZORListValZORUnicodeString texts;
-  Open real4(ZORTavValueReal4);
-  for (const ZORTavTypeEncapError& parameter :
-       {ZORTavTypeEncapError(7), ZORTavTypeEncapError(), ZORTavTypeEncapError(0.5), ZORTavTypeEncapError("a"),
-        ZORTavTypeEncapError(static_cast<const char*>(nullptr)), ZORTavTypeEncapError(8),
-        ZORTavTypeEncapError(real4)}) {
-    parameter.AddParameterInList(integers, reals, texts);
-  }
-  ASSERT_EQ(integers.Size(), 2);
-  EXPECT_EQ(integers[1], 7);
-  EXPECT_EQ(integers[2], 8);
-  ASSERT_EQ(reals.Size(), 1);
-  EXPECT_EQ(reals[1], 0.5);
-  ASSERT_EQ(texts.Size(), 1);
-  EXPECT_TRUE(texts[1] == "a");
 }
 
 }  // namespace

@@ -101,27 +101,18 @@ TEST_F(MemoryFailures, FiguresHave32Bits) {
   }
 }
 
-TEST_F(MemoryFailures, OfTheTables) {
-  for (const int separate : {1, 0}) {
-    Manager manager;
-    manager.SeparateBlocks = separate;
-    for (int g = 1; g < 100; ++g) {
-      ASSERT_EQ(manager.allocate({8}), 0);
-    }
-    for (int table = 1; table <= 3; ++table) {
-      const MemoryRefusal one(table, table);
-      EXPECT_EQ(manager.allocate({8}), E_FAIL);
-      expect_report("1 ERR_0302 no memory 1 1");  // of 200 words
-      EXPECT_EQ(manager.GetIndiceAllocation(), 99);
-      EXPECT_EQ(manager.TableCapacity, 200);
-      ASSERT_EQ(manager.allocate({8}), 0);  // there is room for it
-    }
-    for (int g = 1; g <= 200; ++g) {
-      ASSERT_EQ(manager.allocate({8}), 0);
-      zortest::fill(manager.arrays, {16});
-    }
-    EXPECT_EQ(manager.TableCapacity, 300);
+TEST_F(MemoryFailures, OfATableRaiseItsCapacityAllTheSame) {
+  Manager manager(150);
+  ASSERT_EQ(manager.allocate(Lengths(149, 8)), 0);  // as many as go without growth
+  {
+    const MemoryRefusal one(1, 1);
+    EXPECT_EQ(manager.allocate({8}), E_FAIL);
   }
+  expect_report("1 ERR_0302 no memory 2 2");  // of 300 words
+  EXPECT_EQ(manager.blocks(), Lengths{});
+  ASSERT_EQ(manager.allocate(Lengths(298, 8)), 0);
+  EXPECT_EQ(manager.TableCapacity, 300);
+  zortest::fill(manager.arrays, Lengths(298, 16));
 }
 
 // A kind of request, and the blocks that it makes out of a manager's {2, 2}.

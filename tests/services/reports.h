@@ -3,16 +3,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "ZORTavError.h"
+#include "support/files.h"
 
 namespace zortest {
 
@@ -22,11 +20,9 @@ class Reports {
   // The diagnostics by "ERR_0302" and the like, for one catalog.
   using Messages = std::vector<std::pair<std::string, std::string>>;
 
-  Reports(const std::string& catalog, const Messages& messages)
-      : folder_(std::filesystem::temp_directory_path() / ("zortav_reports_" + std::to_string(getpid()))) {
-    std::filesystem::create_directories(folder_);
+  Reports(const std::string& catalog, const Messages& messages) {
     write(catalog, messages);
-    setenv("ZOR_MESSAGE_CATALOG_PATH", folder_.c_str(), 1);
+    setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
     setenv("LC_ALL", "C", 1);
     told.clear();
     SetErrorLog(&Reports::tell);
@@ -38,21 +34,16 @@ class Reports {
     testing::internal::GetCapturedStdout();
     SetErrorLog(nullptr);
     unsetenv("ZOR_MESSAGE_CATALOG_PATH");
-    std::filesystem::remove_all(folder_);
   }
 
   // One more catalog, before anything is reported.
   void write(const std::string& catalog, const Messages& messages) const {
-    std::ofstream file(folder_ / (catalog + "_en.json"));
-    const char* separator = "{";
+    std::string text;
     for (const auto& [id, diagnostic] : messages) {
-      file << separator << '"' << id << R"(": {"diagnostic": ")" << diagnostic << "\"}";
-      separator = ",\n";
+      text += (text.empty() ? "{\"" : ",\n\"") + id + R"(": {"diagnostic": ")" + diagnostic + "\"}";
     }
-    file << "}\n";
+    zortav::test::write(folder / (catalog + "_en.json"), text + "}\n");
   }
-
-  const std::filesystem::path& folder() const { return folder_; }
 
   // "<severity> <identifier> <message>" of each report that the hook was told of since the last call.
   std::vector<std::string> take() { return std::exchange(told, {}); }
@@ -64,13 +55,14 @@ class Reports {
     return text;
   }
 
+  const zortav::test::ScratchFolder folder;
+
  private:
   static void tell(ZORTavError* error) {
     told.push_back(std::to_string(error->GetSeverity()) + " " + error->GetMsgId() + " " +
                    error->GetNLSMessage().GetText());
   }
 
-  std::filesystem::path folder_;
   static inline std::vector<std::string> told;
 };
 
