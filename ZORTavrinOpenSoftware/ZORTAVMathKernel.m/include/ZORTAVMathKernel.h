@@ -5,6 +5,7 @@
 
 #include "ZORTAVConfiguration.h"
 #include "ZORTAVEigenSolver.h"
+#include "ZORTAVErrorReporting.h"
 #include "ZORTAVFactorization.h"
 #include "ZORTAVInstructionSet.h"
 #include "ZORTAVListing.h"
