@@ -12,42 +12,11 @@ namespace {
 using zortest::Cloud;
 using zortest::nan;
 using zortest::OctreeOracle;
-using zortest::OracleNode;
 using zortest::OracleQuery;
 using zortest::Point;
 using zortest::Random;
 using zortest::same_bits;
 using Tree = zortest::CloudTree<ZORSamNeighborTree>;
-
-void expect_same(const OctreeOracle& oracle, const OracleNode* expected, const ZORSamOctant* actual) {
-  ASSERT_EQ(expected == nullptr, actual == nullptr);
-  if (expected == nullptr) {
-    return;
-  }
-  Point low{};
-  Point high{};
-  Point oracle_low{};
-  Point oracle_high{};
-  actual->GetBoundingBox(low[0], low[1], low[2], high[0], high[1], high[2]);
-  oracle.box(*expected, oracle_low, oracle_high);
-  for (std::size_t a = 0; a < 3; ++a) {
-    ASSERT_TRUE(same_bits(low[a], oracle_low[a]) && same_bits(high[a], oracle_high[a])) << "axis " << a;
-  }
-  ASSERT_EQ(actual->GetLevel(), expected->level);
-  ASSERT_EQ(actual->GetNbEntities(), expected->entities);
-  ASSERT_EQ(actual->GetCapacity(), expected->capacity);
-  ASSERT_EQ(actual->IsLeaf(), expected->leaf);
-  if (expected->leaf) {
-    std::vector<std::uint32_t> index = expected->index;
-    index.resize(expected->capacity);
-    ASSERT_EQ(std::vector<std::uint32_t>(actual->GetIndexes(), actual->GetIndexes() + index.size()), index);
-    return;
-  }
-  ASSERT_EQ(actual->GetIndexes(), nullptr);
-  for (std::size_t c = 0; c < 8; ++c) {
-    expect_same(oracle, expected->child[c].get(), actual->GetChilds()[c]);
-  }
-}
 
 struct Answer {
   std::uint32_t found = 99;
@@ -115,7 +84,7 @@ TEST(NeighborTree, BuildsAndSearchesByTheRules) {
     ASSERT_EQ(tree.Build(cloud.data(), static_cast<std::uint32_t>(n), capacity, seed % 2 == 0 ? nullptr : flags.data(),
                          diagonal, levels),
               0);
-    ASSERT_NO_FATAL_FAILURE(expect_same(oracle, oracle.root.get(), tree.root()));
+    ASSERT_NO_FATAL_FAILURE(zortest::expect_same_octree(oracle, oracle.root.get(), tree.root()));
     ASSERT_EQ(tree.GetNbValidEntities(), oracle.valid);
     ASSERT_EQ(tree.GetNbLevels(), oracle.levels);
     ASSERT_EQ(tree.GetMaxNbLevels(), oracle.level_limit);

@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "spatial_search/clouds.h"
+#include "spatial_search/octree_oracle.h"
 #include "spatial_search/refused_allocations.h"
 
 namespace {
@@ -14,29 +14,12 @@ using zortest::allocations_left;
 using zortest::refusals_left;
 using Tree = zortest::CloudTree<ZORSamNeighborTree>;
 
-void expect_same(const ZORSamOctant* a, const ZORSamOctant* b) {
-  ASSERT_EQ(a == nullptr, b == nullptr);
-  if (a == nullptr) {
-    return;
-  }
-  ASSERT_EQ(a->GetNbEntities(), b->GetNbEntities());
-  ASSERT_EQ(a->GetCapacity(), b->GetCapacity());
-  ASSERT_EQ(a->IsLeaf(), b->IsLeaf());
-  for (std::uint32_t i = 0; i < a->GetCapacity(); ++i) {
-    ASSERT_EQ(a->GetIndexes()[i], b->GetIndexes()[i]);
-  }
-  for (std::size_t c = 0; !a->IsLeaf() && c < 8; ++c) {
-    expect_same(a->GetChilds()[c], b->GetChilds()[c]);
-  }
-}
-
 TEST(OctreeMemory, ARefusedAllocationIsMadeUpForOrLeavesAnEmptyTree) {
   zortest::Random random(1);
   for (const int kind : {zortest::uniform, zortest::clustered, zortest::duplicates, zortest::not_finite}) {
     const zortest::Cloud cloud = zortest::make_cloud(kind, 250, random);
     const auto build = [&cloud](Tree& tree) { return tree.Build(cloud.data(), 250, 3, nullptr, 1e-200, 15); };
-    Tree whole;
-    ASSERT_EQ(build(whole), 0);
+    const zortest::OctreeOracle whole(cloud, 3, nullptr, 1e-200, 15);
     for (const int refusals : {1, 1000000}) {
       int made_up_for = 0;
       bool refused = true;
@@ -49,8 +32,8 @@ TEST(OctreeMemory, ARefusedAllocationIsMadeUpForOrLeavesAnEmptyTree) {
         allocations_left = -1;
         if (status == 0) {
           made_up_for += refused ? 1 : 0;
-          ASSERT_NO_FATAL_FAILURE(expect_same(whole.root(), tree.root())) << k;
-          ASSERT_EQ(tree.GetNbLevels(), whole.GetNbLevels());
+          ASSERT_NO_FATAL_FAILURE(zortest::expect_same_octree(whole, whole.root.get(), tree.root())) << k;
+          ASSERT_EQ(tree.GetNbLevels(), whole.levels);
         } else {
           ASSERT_EQ(status, ZORSamStatusOutOfMemory) << k;
           ASSERT_EQ(tree.root(), nullptr);

@@ -228,4 +228,34 @@ class OctreeOracle {
   }
 };
 
+inline void expect_same_octree(const OctreeOracle& oracle, const OracleNode* expected, const ZORSamOctant* actual) {
+  ASSERT_EQ(expected == nullptr, actual == nullptr);
+  if (expected == nullptr) {
+    return;
+  }
+  Point low{};
+  Point high{};
+  Point oracle_low{};
+  Point oracle_high{};
+  actual->GetBoundingBox(low[0], low[1], low[2], high[0], high[1], high[2]);
+  oracle.box(*expected, oracle_low, oracle_high);
+  for (std::size_t a = 0; a < 3; ++a) {
+    ASSERT_TRUE(same_bits(low[a], oracle_low[a]) && same_bits(high[a], oracle_high[a])) << "axis " << a;
+  }
+  ASSERT_EQ(actual->GetLevel(), expected->level);
+  ASSERT_EQ(actual->GetNbEntities(), expected->entities);
+  ASSERT_EQ(actual->GetCapacity(), expected->capacity);
+  ASSERT_EQ(actual->IsLeaf(), expected->leaf);
+  if (expected->leaf) {
+    std::vector<std::uint32_t> index = expected->index;
+    index.resize(expected->capacity);
+    ASSERT_EQ(std::vector<std::uint32_t>(actual->GetIndexes(), actual->GetIndexes() + index.size()), index);
+    return;
+  }
+  ASSERT_EQ(actual->GetIndexes(), nullptr);
+  for (std::size_t c = 0; c < 8; ++c) {
+    expect_same_octree(oracle, expected->child[c].get(), actual->GetChilds()[c]);
+  }
+}
+
 }  // namespace zortest
