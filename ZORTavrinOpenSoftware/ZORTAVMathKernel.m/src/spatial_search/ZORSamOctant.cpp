@@ -170,7 +170,7 @@ int32_t ZORSamOctant::AddChild(const ZORSamOctinfo& half) {
 int32_t ZORSamOctant::AddIndex(uint32_t index) {
   if (nbEntities_ == capacity_) {
     const std::uint64_t length = capacity_ == 0 ? tree_->maxNbEntities_ : 2 * std::uint64_t{capacity_};
-    if (length > std::numeric_limits<uint32_t>::max()) {
+    if (length == 0 || length > std::numeric_limits<uint32_t>::max()) {
       return ZORSamStatusOutOfMemory;
     }
     // The C allocator does not touch the pages of a capacity that is never used.
