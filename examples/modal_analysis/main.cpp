@@ -60,8 +60,12 @@ auto timed(const char* phase, std::vector<PhaseTime>& phases, Work work) {
 }
 
 Structure make_structure(const Options& options, std::vector<PhaseTime>& phases) {
+  if (!options.mesh_file.empty()) {
+    return timed("assembly", phases, [&] { return modal::gmsh_membrane(options.mesh_file); });
+  }
   if (options.stiffness.empty()) {
-    return timed("assembly", phases, [&] { return modal::tapered_membrane(options.mesh_x, options.mesh_y); });
+    return timed("assembly", phases,
+                 [&] { return modal::tapered_membrane(options.mesh_x, options.mesh_y, options.parts); });
   }
   return timed("reading", phases, [&] { return modal::read_structure(options.stiffness, options.mass); });
 }
@@ -94,7 +98,9 @@ std::string write_files(modal::OutputFolder& folder, const Structure& structure,
 
 std::string refusal_text(const Options& options, const modal::PivotRefused& refused) {
   constexpr int ratio_too_small = 34;
-  const std::string matrix = options.stiffness.empty() ? "the built-in model" : options.stiffness;
+  const std::string matrix = !options.mesh_file.empty()  ? options.mesh_file
+                             : options.stiffness.empty() ? "the built-in model"
+                                                         : options.stiffness;
   return matrix + ": equation " + std::to_string(refused.equation) + ": pivot status " +
          std::to_string(refused.status) + ", pivot " + modal::short_text(refused.value) +
          (refused.status == ratio_too_small ? " times its initial diagonal: " : ": ") +

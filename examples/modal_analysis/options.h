@@ -12,6 +12,8 @@ inline constexpr int usual_modes = 6;  // fewer where there are fewer unknowns
 struct Options {
   int mesh_x = 16;  // elements of the built-in model along and across its axis
   int mesh_y = 8;
+  int parts = 1;          // of the built-in model, meshed on their own
+  std::string mesh_file;  // path; empty for the built-in model
   std::string stiffness;  // path; empty for the built-in model
   std::string mass;       // path; empty for the identity
   std::optional<int> modes;

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "modal_analysis/gmsh_text.h"
 #include "modal_analysis/temporary_folder.h"
 #include "structure/tapered_membrane.h"
 
@@ -128,6 +129,17 @@ TEST_F(Program, MatricesFromFilesGiveTheSameFrequencies) {
   EXPECT_FALSE(fs::exists(path("modes/modes.vtk")));
 }
 
+TEST_F(Program, PartsAndMeshFilesGiveTheSameFrequencies) {
+  const Texts whole = frequencies(good_run(""), 2);
+  EXPECT_EQ(frequencies(good_run("--parts 4"), 2), whole);
+  EXPECT_EQ(frequencies(good_run("--parts 3 --mesh 16x8"), 2), whole);
+  write("a.msh", modaltest::gmsh_text(modal::tapered_membrane(16, 8).mesh));
+  EXPECT_EQ(frequencies(good_run("--mesh-file a.msh --out file"), 3), whole);
+  EXPECT_TRUE(fs::exists(path("file/modes.svg")));
+  write("a.msh", "$MeshFormat\n2 0 8\n");
+  expect_refused("--mesh-file a.msh", "a.msh, line 2:");
+}
+
 TEST_F(Program, WithoutMassAndNumberOfModes) {
   write("D.mtx", symmetric + "4 4 4\n1 1 9\n2 2 1\n3 3 9\n4 4 4\n");
   EXPECT_EQ(frequencies(good_run("--stiffness D.mtx"), 2), (Texts{"1", "4", "9", "9"}));
@@ -171,10 +183,29 @@ TEST_F(Program, RefusesBadFilesInOneLineThatNamesThePlace) {
 
 TEST_F(Program, RefusesBadOptionsAndFolders) {
   write("K.mtx", symmetric + "1 1 1\n1 1 1\n");
-  for (const char* arguments :
-       {"--mesh 16", "--mesh 0x8", "--mesh 16x2001", "--mesh 4x4x4", "--mesh 4x4 --stiffness K.mtx", "--mass K.mtx",
-        "--modes 0", "--modes six", "--modes 2.5", "--modes", "--mesh 1x1 --modes 11", "--threads 0", "--threads 1.5",
-        "--stiffness ''", "--unknown", "stray"}) {
+  for (const char* arguments : {"--mesh 16",
+                                "--mesh 0x8",
+                                "--mesh 16x2001",
+                                "--mesh 4x4x4",
+                                "--mesh 4x4 --stiffness K.mtx",
+                                "--mass K.mtx",
+                                "--modes 0",
+                                "--modes six",
+                                "--modes 2.5",
+                                "--modes",
+                                "--mesh 1x1 --modes 11",
+                                "--threads 0",
+                                "--threads 1.5",
+                                "--stiffness ''",
+                                "--unknown",
+                                "stray",
+                                "--parts 0",
+                                "--parts 17",
+                                "--mesh 3x2 --parts 4",
+                                "--parts 2 --stiffness K.mtx",
+                                "--mesh-file ''",
+                                "--mesh-file a.msh --mesh 2x2",
+                                "--mesh-file none.msh"}) {
     expect_refused(arguments, "");
   }
   write("file", "");

@@ -7,10 +7,14 @@
 #include "structure/tapered_membrane.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "structure/assembly.h"
+#include "structure/gmsh_mesh.h"
+#include "structure/mesh_parts.h"
 #include "structure/node_graph.h"
 #include "structure/quadrilateral8.h"
+#include "structure/unknown_numbers.h"
 
 namespace modal {
 namespace {
@@ -37,20 +41,14 @@ class NodeNumbers {
   int odd_;
 };
 
-Mesh membrane_mesh(int nx, int ny) {
+// The part between two cross sections.
+Mesh membrane_part(double from, double to, int nx, int ny) {
   Mesh mesh;
-  std::int32_t unknowns = 0;
   for (int c = 0; c <= 2 * nx; ++c) {
-    const double x = length * c / (2 * nx);
+    const double x = from + (to - from) * c / (2 * nx);
     const double depth = root_depth + (tip_depth - root_depth) * x / length;
     for (int r = 0; r <= 2 * ny; r += c % 2 == 0 ? 1 : 2) {
       mesh.node.push_back({x, depth * (r - ny) / (2 * ny)});
-      if (c == 0) {
-        mesh.equation.push_back({-1, -1});
-      } else {
-        mesh.equation.push_back({unknowns, unknowns + 1});
-        unknowns += 2;
-      }
     }
   }
   const NodeNumbers number(ny);
@@ -63,14 +61,24 @@ Mesh membrane_mesh(int nx, int ny) {
   return mesh;
 }
 
-}  // namespace
+// The parts have as equal shares of the columns as there can be.
+Mesh membrane_mesh(int nx, int ny, int parts) {
+  if (parts == 1) {
+    return membrane_part(0.0, length, nx, ny);
+  }
+  std::vector<Mesh> part;
+  for (int p = 0, first = 0; p < parts; ++p) {
+    const int columns = nx / parts + (p < nx % parts ? 1 : 0);
+    part.push_back(membrane_part(length * first / nx, length * (first + columns) / nx, columns, ny));
+    first += columns;
+  }
+  return joined_parts(part);
+}
 
-Structure tapered_membrane(int nx, int ny) {
+Structure assembled(std::string title, Mesh numbered) {
   Structure structure;
-  structure.title = "NAFEMS FV32, cantilevered tapered membrane, " + std::to_string(nx) + " x " + std::to_string(ny) +
-                    " eight-node quadrilaterals";
-  structure.mesh = membrane_mesh(nx, ny);
-  structure.published_frequency.assign(published_frequency.begin(), published_frequency.end());
+  structure.title = std::move(title);
+  structure.mesh = std::move(numbered);
 
   const Mesh& mesh = structure.mesh;
   {
@@ -92,6 +100,30 @@ Structure tapered_membrane(int nx, int ny) {
     add_element(structure.mass, unknown, matrices.mass);
   }
   return structure;
+}
+
+}  // namespace
+
+Structure tapered_membrane(int nx, int ny, int parts) {
+  Mesh mesh = membrane_mesh(nx, ny, parts);
+  std::vector<bool> clamped;
+  for (const auto& node : mesh.node) {
+    clamped.push_back(node[0] == 0.0);
+  }
+  number_unknowns(mesh, clamped);
+  const std::string joined = parts == 1 ? "" : " in " + std::to_string(parts) + " parts";
+  Structure structure = assembled("NAFEMS FV32, cantilevered tapered membrane, " + std::to_string(nx) + " x " +
+                                      std::to_string(ny) + " eight-node quadrilaterals" + joined,
+                                  std::move(mesh));
+  structure.published_frequency.assign(published_frequency.begin(), published_frequency.end());
+  return structure;
+}
+
+Structure gmsh_membrane(const std::string& path) {
+  Mesh mesh = read_gmsh_mesh(path);
+  const std::string title =
+      "steel membrane from " + path + ", " + std::to_string(mesh.element.size()) + " eight-node quadrilaterals";
+  return assembled(title, std::move(mesh));
 }
 
 }  // namespace modal

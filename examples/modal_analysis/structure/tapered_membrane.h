@@ -2,13 +2,19 @@
 // The built-in model: the cantilevered tapered membrane of the NAFEMS benchmark FV32.
 #pragma once
 
+#include <string>
+
 #include "structure/structure.h"
 
 namespace modal {
 
 inline constexpr int largest_mesh_count = 2000;  // elements in one direction
 
-// nx × ny elements, each count 1 .. largest_mesh_count: nx along the axis, ny across it.
-Structure tapered_membrane(int nx, int ny);
+// nx × ny elements, each count 1 .. largest_mesh_count: nx along the axis, ny across it. parts, 1 .. nx: how many
+// pieces along the axis are meshed on their own and then joined; the structure is the same.
+Structure tapered_membrane(int nx, int ny, int parts = 1);
+
+// A membrane of the same material and thickness from a Gmsh file, in metres.
+Structure gmsh_membrane(const std::string& path);
 
 }  // namespace modal
