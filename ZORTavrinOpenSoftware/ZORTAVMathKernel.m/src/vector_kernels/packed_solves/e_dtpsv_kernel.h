@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// x := T⁻¹·x at unit increment, column by column. Every element takes its updates in the order of the columns, so the
+// columns may be taken several at a time: first the small triangle on the diagonal, then one pass over the rows
+// outside it, in which an element stays in a register for all columns of the group.
+// Included by packed_solve_kernel_unit.cpp only.
+#pragma once
+
+#include <cstddef>
+
+#include "dispatch/kernel_unit.h"
+#include "vector_kernels/packed_solves/packed_solve_kernel_table.h"
+#include "vector_kernels/packed_solves/packed_triangle.h"
+
+namespace zortav::ZORTAV_LEVEL {
+namespace {
+
+using SolveTag = hn::ScalableTag<double>;
+constexpr std::size_t solve_lanes = hn::MaxLanes(SolveTag());
+
+// Columns whose updates are applied in one pass.
+constexpr std::size_t columns_per_pass = 8;
+
+// The columns to be subtracted, in this order, each times its element of the solution.
+struct ColumnUpdates {
+  const double* column[columns_per_pass];  // element i of a column belongs to row i
+  double factor[columns_per_pass];
+  std::size_t count = 0;
+
+  void add(const double* c, double x) {
+    column[count] = c;
+    factor[count] = x;
+    ++count;
+  }
+};
+
+// piece(d, i) for the fewer than 2·limit rows from `begin` to `end`, by powers of two.
+template <std::size_t limit, class Piece>
+HWY_INLINE void short_pieces(std::size_t begin, std::size_t end, const Piece& piece) {
+  if (end - begin >= limit) {
+    piece(hn::CappedTag<double, limit>(), begin);
+    begin += limit;
+  }
+  if constexpr (limit > 1) {
+    short_pieces<limit / 2>(begin, end, piece);
+  }
+}
+
+// The order of the rows is free. Each direction begins with the rows that the next small triangle is waiting for.
+struct FromFirstRow {
+  template <class Piece>
+  static HWY_INLINE void each(std::size_t begin, std::size_t end, const Piece& piece) {
+    for (; begin + solve_lanes <= end; begin += solve_lanes) {
+      piece(SolveTag(), begin);
+    }
+    short_pieces<solve_lanes / 2>(begin, end, piece);
+  }
+};
+struct FromLastRow {
+  template <class Piece>
+  static HWY_INLINE void each(std::size_t begin, std::size_t end, const Piece& piece) {
+    for (; begin + solve_lanes <= end; end -= solve_lanes) {
+      piece(SolveTag(), end - solve_lanes);
+    }
+    short_pieces<solve_lanes / 2>(begin, end, piece);
+  }
+};
+
+// x(i) := x(i) - factor·column(i), one of Count columns after the other.
+template <std::size_t Count, class Rows>
+HWY_INLINE void subtract_together(std::size_t begin, std::size_t end, const double* const* column,
+                                  const double* factor, double* x) {
+  const double* c[Count];
+  for (std::size_t k = 0; k < Count; ++k) {
+    c[k] = column[k];
+  }
+  Rows::each(begin, end, [&](auto d, std::size_t i) HWY_ATTR {
+    auto xi = hn::LoadU(d, x + i);
+    for (std::size_t k = 0; k < Count; ++k) {
+      xi = hn::Sub(xi, hn::Mul(hn::Set(d, factor[k]), hn::LoadU(d, c[k] + i)));
+    }
+    hn::StoreU(xi, d, x + i);
+  });
+}
+
+template <class Rows, std::size_t Count = columns_per_pass>
+HWY_INLINE void subtract(std::size_t begin, std::size_t end, const ColumnUpdates& u, double* x, std::size_t done = 0) {
+  if (u.count - done >= Count) {
+    subtract_together<Count, Rows>(begin, end, u.column + done, u.factor + done, x);
+    done += Count;
+  }
+  if constexpr (Count > 1) {
+    subtract<Rows, Count / 2>(begin, end, u, x, done);
+  }
+}
+
+void solve_upper(std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero, double* x) {
+  for (std::size_t end = n; end > 0;) {
+    const std::size_t begin = end > columns_per_pass ? end - columns_per_pass : 0;
+    ColumnUpdates updates;
+    for (std::size_t j = end; j-- > begin;) {
+      if (x[j] == 0 && zero == ZeroElement::skipped) {
+        continue;
+      }
+      const double* const column = upper_column(ap, j);
+      if (diagonal == Diagonal::given) {
+        x[j] = x[j] / column[j];
+      }
+      for (std::size_t i = j; i-- > begin;) {
+        x[i] = x[i] - x[j] * column[i];
+      }
+      updates.add(column, x[j]);
+    }
+    subtract<FromLastRow>(0, begin, updates, x);
+    end = begin;
+  }
+}
+
+void solve_lower(std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero, double* x) {
+  for (std::size_t begin = 0; begin < n;) {
+    const std::size_t end = n - begin > columns_per_pass ? begin + columns_per_pass : n;
+    ColumnUpdates updates;
+    for (std::size_t j = begin; j < end; ++j) {
+      if (x[j] == 0 && zero == ZeroElement::skipped) {
+        continue;
+      }
+      const double* const column = lower_column(ap, n, j);
+      if (diagonal == Diagonal::given) {
+        x[j] = x[j] / column[j];
+      }
+      for (std::size_t i = j + 1; i < end; ++i) {
+        x[i] = x[i] - x[j] * column[i];
+      }
+      updates.add(column, x[j]);
+    }
+    subtract<FromFirstRow>(end, n, updates, x);
+    begin = end;
+  }
+}
+
+}  // namespace
+}  // namespace zortav::ZORTAV_LEVEL
