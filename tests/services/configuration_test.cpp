@@ -16,7 +16,7 @@
 #include "ZORMathematics.h"
 #include "ZORSystem.h"
 #include "ZORTAVConfiguration.h"
-#include "services/threading_mode.h"
+#include "services/configuration/threading_mode.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "ZORTavTimer.h"
-#include "services/date_text.h"
+#include "services/timing/date_text.h"
 
 namespace {
 

@@ -1,7 +1,9 @@
 /* SPDX-License-Identifier: MIT */
-/* The numerical runtime: what the numerical entry points need of the process they run in. */
+/* The process that the library runs in: how it is stopped, and its floating-point exceptions. */
 #ifndef ZOR_RUNTIME_H
 #define ZOR_RUNTIME_H
+
+#include <stdint.h>
 
 #include "ZORExport.h"
 
@@ -13,6 +15,16 @@
  * @param text [in] zero-terminated message, such as "DGEMM FATAL ERROR".
  */
 [[noreturn]] ZOR_EXPORT void ZORRuntimeStop(const char* text);
+
+/**
+ * Stops the process because the program itself is at fault, or has no memory left for its own texts: writes the text, a
+ * line that names the source, and flushes and ends the process as ZORRuntimeStop does. Does not return.
+ *
+ * @param text [in] zero-terminated message.
+ * @param file [in] zero-terminated name of the source file.
+ * @param line [in] the line in it.
+ */
+[[noreturn]] ZOR_EXPORT void ZORFatalError(const char* text, const char* file, int32_t line) noexcept;
 
 /**
  * Sets the floating-point exception mode of the calling thread.

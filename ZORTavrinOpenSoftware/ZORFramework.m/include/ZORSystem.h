@@ -85,4 +85,33 @@ ZOR_EXPORT uint32_t ZORGetTickCount();
  */
 ZOR_EXPORT void ZORGetLocalTime(struct tm* now);
 
+/**
+ * The login name of the user that the process belongs to.
+ *
+ * @param name     [out] zero-terminated, cut to fit; the empty text on failure.
+ * @param capacity [in] the room in name, the terminating zero included, at least 1.
+ * @return 0, or negative when the system knows no name for the user.
+ *
+ * Threads: may be called from any thread.
+ */
+ZOR_EXPORT int32_t ZORGetLoginName(char* name, int32_t capacity) noexcept;
+
+/** The machine that the process runs on. Zero-terminated texts, cut to fit. */
+struct ZORSystemInfo {
+  char host_name[256];
+  char operating_system[128];
+  char release[128];
+  char machine[128];
+};
+
+/**
+ * Describes the machine.
+ *
+ * @param information [out] all fields; all empty on failure.
+ * @return 0, or negative when the system does not tell.
+ *
+ * Threads: may be called from any thread.
+ */
+ZOR_EXPORT int32_t ZORGetSystemInfo(ZORSystemInfo* information) noexcept;
+
 #endif

@@ -9,7 +9,7 @@
 #include "ZORTAVMatrixProduct.h"
 #include "ZORTAVVectorKernels.h"
 #include "matrix_kernels/blocked_product.h"
-#include "services/threading_mode.h"
+#include "services/configuration/threading_mode.h"
 
 namespace zortav {
 namespace {

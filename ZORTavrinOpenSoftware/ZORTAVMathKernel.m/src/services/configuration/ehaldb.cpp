@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "ZORTAVConfiguration.h"
-#include "services/threading_mode.h"
+#include "services/configuration/threading_mode.h"
 
 namespace {
 

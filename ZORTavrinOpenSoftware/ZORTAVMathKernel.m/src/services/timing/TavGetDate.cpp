@@ -4,7 +4,7 @@
 
 #include "ZORSystem.h"
 #include "ZORTavTimer.h"
-#include "services/date_text.h"
+#include "services/timing/date_text.h"
 
 void TavGetDate(char*& text) {
   text = static_cast<char*>(std::malloc(zortav::date_text_size));
