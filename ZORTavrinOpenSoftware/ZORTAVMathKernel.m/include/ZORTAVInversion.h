@@ -23,12 +23,12 @@
  *             n+1..lda are never touched.
  *
  * Mode 1, step k = 1..n: of the elements A(k,k..n) that are largest in magnitude the last one, if it is strictly larger
- * than A(k,k), has its column exchanged with column k. r = 1/A(k,k); A(k,k) := 0; column k := -r·column k; for every j ≠
- * k, t = A(k,j), A(k,j) := t·r, column j := column j + t·column k, unless t = 0; A(k,k) := r. At the end the rows are
+ * than A(k,k), has its column exchanged with column k. r = 1/A(k,k); A(k,k) := 0; column k := -r·column k; for every j
+ * ≠ k, t = A(k,j), A(k,j) := t·r, column j := column j + t·column k, unless t = 0; A(k,k) := r. At the end the rows are
  * exchanged back.
  *
- * Symmetric, step k = 1..n: r = -1/A(k,k); A(k,k) := 0; A(k,i) := -A(i,k) for i < k; A(j,k) := A(k,j) for j > k; for j =
- * n..1, j ≠ k: t = A(k,j)·r, A(k,j) := t, rows 1..j of column j := these + t·(rows 1..j of column k), unless t = 0,
+ * Symmetric, step k = 1..n: r = -1/A(k,k); A(k,k) := 0; A(k,i) := -A(i,k) for i < k; A(j,k) := A(k,j) for j > k; for j
+ * = n..1, j ≠ k: t = A(k,j)·r, A(k,j) := t, rows 1..j of column j := these + t·(rows 1..j of column k), unless t = 0,
  * A(j,k) := t; A(k,k) := -r. At the end the lower triangle is copied from the upper one: the result is symmetric to the
  * last bit.
  *
@@ -65,8 +65,8 @@ ZORTAV_ENTRY void eaxinv(const int32_t* mode, const int32_t* lda, const int32_t*
 ZORTAV_ENTRY int32_t eaxinvs(const int32_t* n, double* a, double* d, double* v, double* w, double* r, int32_t* ierr);
 
 /**
- * T := A⁻¹·B and S := Bᵀ·A⁻¹·B for a symmetric A: A⁻¹ by eaxinvs, T by eagemm, S by eaxscl, columns of B against columns
- * of T.
+ * T := A⁻¹·B and S := Bᵀ·A⁻¹·B for a symmetric A: A⁻¹ by eaxinvs, T by eagemm, S by eaxscl, columns of B against
+ * columns of T.
  *
  * @param n    [in]  order of A, rows of B; n < 1: S := 0 and no other array is touched.
  * @param m    [in]  columns of B; m < 1 touches neither T nor S.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Solves L·Lᵀ·x = b in place, L packed by rows; the same memory is U = Lᵀ packed by columns, and the solves are Uᵀ·y = b
-// and U·x = y. dpptrs_2.cpp states the order of the operations.
+// Solves L·Lᵀ·x = b in place, L packed by rows; the same memory is U = Lᵀ packed by columns, and the solves are Uᵀ·y =
+// b and U·x = y. dpptrs_2.cpp states the order of the operations.
 #include <cstdint>
 
 #include "ZORTAVMatrixUtilities.h"

@@ -67,8 +67,8 @@ struct FromLastRow {
 
 // x(i) := x(i) - factor·column(i), one of Count columns after the other.
 template <std::size_t Count, class Rows>
-HWY_INLINE void subtract_together(std::size_t begin, std::size_t end, const double* const* column,
-                                  const double* factor, double* x) {
+HWY_INLINE void subtract_together(std::size_t begin, std::size_t end, const double* const* column, const double* factor,
+                                  double* x) {
   const double* c[Count];
   for (std::size_t k = 0; k < Count; ++k) {
     c[k] = column[k];
@@ -82,7 +82,7 @@ HWY_INLINE void subtract_together(std::size_t begin, std::size_t end, const doub
   });
 }
 
-template <class Rows, std::size_t Count = columns_per_pass>
+template <class Rows, std::size_t Count>
 HWY_INLINE void subtract(std::size_t begin, std::size_t end, const ColumnUpdates& u, double* x, std::size_t done = 0) {
   if (u.count - done >= Count) {
     subtract_together<Count, Rows>(begin, end, u.column + done, u.factor + done, x);
@@ -93,48 +93,98 @@ HWY_INLINE void subtract(std::size_t begin, std::size_t end, const ColumnUpdates
   }
 }
 
-void solve_upper(std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero, double* x) {
-  for (std::size_t end = n; end > 0;) {
-    const std::size_t begin = end > columns_per_pass ? end - columns_per_pass : 0;
-    ColumnUpdates updates;
-    for (std::size_t j = end; j-- > begin;) {
-      if (x[j] == 0 && zero == ZeroElement::skipped) {
-        continue;
-      }
-      const double* const column = upper_column(ap, j);
-      if (diagonal == Diagonal::given) {
-        x[j] = x[j] / column[j];
-      }
-      for (std::size_t i = j; i-- > begin;) {
-        x[i] = x[i] - x[j] * column[i];
-      }
-      updates.add(column, x[j]);
+// Columns begin..begin+Width-1: the triangle on the diagonal, its elements of x in registers, then the other rows.
+template <std::size_t Width>
+HWY_INLINE void solve_upper_columns(const double* ap, std::size_t begin, Diagonal diagonal, ZeroElement zero,
+                                    double* x) {
+  double t[Width];
+  ColumnUpdates updates;
+#pragma GCC unroll 8
+  for (std::size_t k = 0; k < Width; ++k) {
+    t[k] = x[begin + k];
+  }
+#pragma GCC unroll 8
+  for (std::size_t step = 1; step <= Width; ++step) {
+    const std::size_t k = Width - step;
+    if (t[k] == 0 && zero == ZeroElement::skipped) {
+      continue;
     }
-    subtract<FromLastRow>(0, begin, updates, x);
-    end = begin;
+    const double* const column = upper_column(ap, begin + k);
+    if (diagonal == Diagonal::given) {
+      t[k] = t[k] / column[begin + k];
+    }
+#pragma GCC unroll 8
+    for (std::size_t i = 0; i < k; ++i) {
+      t[i] = t[i] - t[k] * column[begin + i];
+    }
+    updates.add(column, t[k]);
+  }
+#pragma GCC unroll 8
+  for (std::size_t k = 0; k < Width; ++k) {
+    x[begin + k] = t[k];
+  }
+  subtract<FromLastRow, Width>(0, begin, updates, x);
+}
+
+template <std::size_t Width>
+HWY_INLINE void solve_lower_columns(std::size_t n, const double* ap, std::size_t begin, Diagonal diagonal,
+                                    ZeroElement zero, double* x) {
+  double t[Width];
+  ColumnUpdates updates;
+#pragma GCC unroll 8
+  for (std::size_t k = 0; k < Width; ++k) {
+    t[k] = x[begin + k];
+  }
+#pragma GCC unroll 8
+  for (std::size_t k = 0; k < Width; ++k) {
+    if (t[k] == 0 && zero == ZeroElement::skipped) {
+      continue;
+    }
+    const double* const column = lower_column(ap, n, begin + k);
+    if (diagonal == Diagonal::given) {
+      t[k] = t[k] / column[begin + k];
+    }
+#pragma GCC unroll 8
+    for (std::size_t i = k + 1; i < Width; ++i) {
+      t[i] = t[i] - t[k] * column[begin + i];
+    }
+    updates.add(column, t[k]);
+  }
+#pragma GCC unroll 8
+  for (std::size_t k = 0; k < Width; ++k) {
+    x[begin + k] = t[k];
+  }
+  subtract<FromFirstRow, Width>(begin + Width, n, updates, x);
+}
+
+// Both solves leave the columns that do not fill a group to the end, where they are short.
+template <std::size_t Width>
+HWY_INLINE void solve_upper_by(std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero, double* x) {
+  for (; n >= Width; n -= Width) {
+    solve_upper_columns<Width>(ap, n - Width, diagonal, zero, x);
+  }
+  if constexpr (Width > 1) {
+    solve_upper_by<Width / 2>(n, ap, diagonal, zero, x);
   }
 }
 
-void solve_lower(std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero, double* x) {
-  for (std::size_t begin = 0; begin < n;) {
-    const std::size_t end = n - begin > columns_per_pass ? begin + columns_per_pass : n;
-    ColumnUpdates updates;
-    for (std::size_t j = begin; j < end; ++j) {
-      if (x[j] == 0 && zero == ZeroElement::skipped) {
-        continue;
-      }
-      const double* const column = lower_column(ap, n, j);
-      if (diagonal == Diagonal::given) {
-        x[j] = x[j] / column[j];
-      }
-      for (std::size_t i = j + 1; i < end; ++i) {
-        x[i] = x[i] - x[j] * column[i];
-      }
-      updates.add(column, x[j]);
-    }
-    subtract<FromFirstRow>(end, n, updates, x);
-    begin = end;
+template <std::size_t Width>
+HWY_INLINE void solve_lower_by(std::size_t begin, std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero,
+                               double* x) {
+  for (; begin + Width <= n; begin += Width) {
+    solve_lower_columns<Width>(n, ap, begin, diagonal, zero, x);
   }
+  if constexpr (Width > 1) {
+    solve_lower_by<Width / 2>(begin, n, ap, diagonal, zero, x);
+  }
+}
+
+void solve_upper(std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero, double* x) {
+  solve_upper_by<columns_per_pass>(n, ap, diagonal, zero, x);
+}
+
+void solve_lower(std::size_t n, const double* ap, Diagonal diagonal, ZeroElement zero, double* x) {
+  solve_lower_by<columns_per_pass>(0, n, ap, diagonal, zero, x);
 }
 
 }  // namespace

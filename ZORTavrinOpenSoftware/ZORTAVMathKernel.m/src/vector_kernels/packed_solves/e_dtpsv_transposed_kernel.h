@@ -69,69 +69,106 @@ HWY_INLINE void subtract_squares(const double* const* column, std::size_t i0, co
   }
 }
 
-// x(begin..) := x(begin..) - the sums of columns_per_sum columns over the rows that pass(column, sum) walks.
+// t := x - the sums of the columns over the rows that pass(sum) walks.
 template <class Pass>
-HWY_INLINE void subtract_sums(const double* const* column, double* x, const Pass& pass) {
+HWY_INLINE void subtract_sums(const double* x, double* t, const Pass& pass) {
   const SquareTag d;
   SquareRow sum[squares_per_sum];
   for (std::size_t s = 0; s < squares_per_sum; ++s) {
     sum[s] = hn::LoadU(d, x + s * square);
   }
-  pass(column, sum);
+  pass(sum);
   for (std::size_t s = 0; s < squares_per_sum; ++s) {
-    hn::StoreU(sum[s], d, x + s * square);
+    hn::StoreU(sum[s], d, t + s * square);
   }
 }
 
+// x(j) := sum, but for the division by the diagonal.
+HWY_INLINE double solved(double sum, double diagonal_element, Diagonal diagonal) {
+  return diagonal == Diagonal::given ? sum / diagonal_element : sum;
+}
+
 void solve_upper_transposed(std::size_t n, const double* ap, Diagonal diagonal, double* x) {
-  for (std::size_t begin = 0; begin < n;) {
-    const std::size_t end = begin == 0 && n % columns_per_sum != 0 ? n % columns_per_sum : begin + columns_per_sum;
-    const std::size_t whole = begin / square * square;
+  std::size_t begin = n % columns_per_sum;
+  for (std::size_t j = 0; j < begin; ++j) {
+    const double* const column = upper_column(ap, j);
+    double sum = x[j];
+    for (std::size_t i = 0; i < j; ++i) {
+      sum = sum - column[i] * x[i];
+    }
+    x[j] = solved(sum, column[j], diagonal);
+  }
+  for (; begin < n; begin += columns_per_sum) {
     const double* column[columns_per_sum];
-    for (std::size_t j = begin; j < end; ++j) {
-      column[j - begin] = upper_column(ap, j);
+    double t[columns_per_sum];
+    for (std::size_t c = 0; c < columns_per_sum; ++c) {
+      column[c] = upper_column(ap, begin + c);
     }
-    if (whole != 0) {
-      subtract_sums(column, x + begin, [=](const double* const* c, SquareRow(&sum)[squares_per_sum]) HWY_ATTR {
-        for (std::size_t i = 0; i < whole; i += square) {
-          subtract_squares<Ascending>(c, i, x, sum);
-        }
-      });
-    }
-    for (std::size_t j = begin; j < end; ++j) {
-      double sum = x[j];
-      for (std::size_t i = whole; i < j; ++i) {
-        sum = sum - column[j - begin][i] * x[i];
+    const std::size_t whole = begin / square * square;
+    subtract_sums(x + begin, t, [&](SquareRow(&sum)[squares_per_sum]) HWY_ATTR {
+      for (std::size_t i = 0; i < whole; i += square) {
+        subtract_squares<Ascending>(column, i, x, sum);
       }
-      x[j] = diagonal == Diagonal::given ? sum / column[j - begin][j] : sum;
+    });
+    for (std::size_t i = whole; i < begin; ++i) {
+      for (std::size_t c = 0; c < columns_per_sum; ++c) {
+        t[c] = t[c] - column[c][i] * x[i];
+      }
     }
-    begin = end;
+    // The triangle on the diagonal, in registers.
+#pragma GCC unroll 16
+    for (std::size_t c = 0; c < columns_per_sum; ++c) {
+      const double* const own = column[c] + begin;
+#pragma GCC unroll 16
+      for (std::size_t k = 0; k < c; ++k) {
+        t[c] = t[c] - own[k] * t[k];
+      }
+      t[c] = solved(t[c], own[c], diagonal);
+      x[begin + c] = t[c];
+    }
   }
 }
 
 void solve_lower_transposed(std::size_t n, const double* ap, Diagonal diagonal, double* x) {
-  for (std::size_t end = n; end > 0;) {
-    const std::size_t begin = end == n && n % columns_per_sum != 0 ? n - n % columns_per_sum : end - columns_per_sum;
-    const std::size_t whole = n - (n - end) / square * square;  // the rows from here on are in squares
+  std::size_t end = n - n % columns_per_sum;
+  for (std::size_t j = n; j-- > end;) {
+    const double* const column = lower_column(ap, n, j);
+    double sum = x[j];
+    for (std::size_t i = n; --i > j;) {
+      sum = sum - column[i] * x[i];
+    }
+    x[j] = solved(sum, column[j], diagonal);
+  }
+  for (; end > 0; end -= columns_per_sum) {
+    const std::size_t begin = end - columns_per_sum;
     const double* column[columns_per_sum];
-    for (std::size_t j = begin; j < end; ++j) {
-      column[j - begin] = lower_column(ap, n, j);
+    double t[columns_per_sum];
+    for (std::size_t c = 0; c < columns_per_sum; ++c) {
+      column[c] = lower_column(ap, n, begin + c);
     }
-    if (whole != n) {
-      subtract_sums(column, x + begin, [=](const double* const* c, SquareRow(&sum)[squares_per_sum]) HWY_ATTR {
-        for (std::size_t i = n; i > whole; i -= square) {
-          subtract_squares<Descending>(c, i - square, x, sum);
-        }
-      });
-    }
-    for (std::size_t j = end; j-- > begin;) {
-      double sum = x[j];
-      for (std::size_t i = whole; i-- > j + 1;) {
-        sum = sum - column[j - begin][i] * x[i];
+    const std::size_t whole = n - (n - end) / square * square;  // the rows from here on are in squares
+    subtract_sums(x + begin, t, [&](SquareRow(&sum)[squares_per_sum]) HWY_ATTR {
+      for (std::size_t i = n; i > whole; i -= square) {
+        subtract_squares<Descending>(column, i - square, x, sum);
       }
-      x[j] = diagonal == Diagonal::given ? sum / column[j - begin][j] : sum;
+    });
+    for (std::size_t i = whole; i-- > end;) {
+      for (std::size_t c = 0; c < columns_per_sum; ++c) {
+        t[c] = t[c] - column[c][i] * x[i];
+      }
     }
-    end = begin;
+    // The triangle on the diagonal, in registers.
+#pragma GCC unroll 16
+    for (std::size_t step = 1; step <= columns_per_sum; ++step) {
+      const std::size_t c = columns_per_sum - step;
+      const double* const own = column[c] + begin;
+#pragma GCC unroll 16
+      for (std::size_t k = columns_per_sum - 1; k > c; --k) {
+        t[c] = t[c] - own[k] * t[k];
+      }
+      t[c] = solved(t[c], own[c], diagonal);
+      x[begin + c] = t[c];
+    }
   }
 }
 
