@@ -68,8 +68,8 @@ class ZOR_EXPORT ZORError : public ZORBaseObject {
   /** Writes one line to standard error that tells what is known of the error's origin: catalog, identifier, source and
    * context. */
   virtual void PrintHistory() const;
-  /** For an error that nobody can answer: displays it and ends the process through ZORFatalError. Does not return;
-   * no exception is thrown. */
+  /** For an error that nobody can answer: ends the process through ZORFatalError with the whole message and the place.
+   * Does not return; no exception is thrown. */
   virtual void Throw(const char* file, int32_t line);
   /** The parameters of all three texts at once. A count below 1, or null, takes the parameters of that text away. */
   virtual void SetNLSParameters(int32_t request_count, const ZORUnicodeString* request, int32_t diagnostic_count,

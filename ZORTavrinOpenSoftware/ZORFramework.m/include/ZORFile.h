@@ -69,7 +69,8 @@ ZOR_EXPORT int32_t ZORFClose(int32_t descriptor) noexcept;
  *
  * @param from        [in] an existing file.
  * @param to          [in] another name.
- * @param keep_target [in] not 0: fails with ZORStatusFileExists when `to` exists; 0: replaces it.
+ * @param keep_target [in] not 0: fails with ZORStatusFileExists when `to` exists; 0: replaces it, unless it is `from`
+ *                    itself.
  * @return 0, or negative, and then a new file that is incomplete is taken away again.
  */
 ZOR_EXPORT int32_t ZORFCopy(const ZORUnicodeString& from, const ZORUnicodeString& to, int32_t keep_target) noexcept;

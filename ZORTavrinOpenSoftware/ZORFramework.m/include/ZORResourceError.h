@@ -31,7 +31,8 @@
  *
  * Parameters. "/p1" to "/p25" in a text stand for the parameters of that text; the longest number that is at most 25
  * counts, so that "/p12" is parameter 12 and "/p26" is parameter 2 and a 6. A parameter that was not given, or is
- * empty, leaves nothing. Any other '/' stands for itself; what a parameter brings in is not looked at again.
+ * empty, leaves nothing. Any other '/' stands for itself; what a parameter brings in is not looked at again. A
+ * diagnostic needs words of its own: one that is empty before its parameters are set counts as a missing message.
  *
  * The identifier "ERR_0001" is the internal error of every catalog: one that does not hold it has that of
  * "ZORTavrinError", whose advice is its parameter 1.

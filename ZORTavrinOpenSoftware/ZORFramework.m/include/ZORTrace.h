@@ -4,6 +4,7 @@
 #define ZOR_TRACE_H
 
 #include <stdint.h>
+#include <stdio.h>
 
 #include "ZORString.h"
 
@@ -58,7 +59,8 @@ class ZOR_EXPORT ZORTrace {
 
  private:
   bool Writes(int32_t level) const noexcept;
-  void Write(const char* text, bool line_end) const noexcept;
+  FILE* Stream() const noexcept;
+  void Write(const char* text, const char* end) const noexcept;
 
   ZORString name_;
   ZORString title_;

@@ -4,7 +4,8 @@
 #include <cstdio>
 
 void ZORFatalError(const char* text, const char* file, int32_t line) noexcept {
-  char lines[512];
-  std::snprintf(lines, sizeof lines, "%s\n(%s, %d)", text, file, static_cast<int>(line));
-  ZORRuntimeStop(lines);
+  std::fprintf(stderr, "%s\n", text);
+  char place[512];
+  std::snprintf(place, sizeof place, "(%s, line %d)", file, static_cast<int>(line));
+  ZORRuntimeStop(place);
 }

@@ -8,6 +8,7 @@
 #include "ZORTAVFactorization.h"
 #include "ZORTAVInstructionSet.h"
 #include "ZORTAVInversion.h"
+#include "ZORTAVListing.h"
 #include "ZORTAVMatrixProduct.h"
 #include "ZORTAVMatrixUtilities.h"
 #include "ZORTAVPackedSolves.h"

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "ZORSystem.h"
 
+#include <pwd.h>
 #include <sys/resource.h>
 #include <sys/sysinfo.h>
+#include <sys/utsname.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
+
+#include "ZORStatus.h"
 
 const char* ZORGetEnv(const char* name) {
   return std::getenv(name);
@@ -60,4 +66,30 @@ void ZORGetLocalTime(struct tm* now) {
   // localtime_r alone need not look at a changed time zone.
   tzset();
   localtime_r(&seconds, now);
+}
+
+int32_t ZORGetLoginName(char* name, int32_t capacity) noexcept {
+  *name = '\0';
+  char texts[4096];
+  passwd entry{};
+  passwd* found = nullptr;
+  // Not getlogin: a process without a terminal has a user all the same.
+  if (getpwuid_r(getuid(), &entry, texts, sizeof texts, &found) != 0 || found == nullptr) {
+    return E_FAIL;
+  }
+  std::snprintf(name, static_cast<size_t>(capacity), "%s", found->pw_name);
+  return 0;
+}
+
+int32_t ZORGetSystemInfo(ZORSystemInfo* information) noexcept {
+  *information = {};
+  utsname machine{};
+  if (uname(&machine) != 0) {
+    return E_FAIL;
+  }
+  std::snprintf(information->host_name, sizeof information->host_name, "%s", machine.nodename);
+  std::snprintf(information->operating_system, sizeof information->operating_system, "%s", machine.sysname);
+  std::snprintf(information->release, sizeof information->release, "%s", machine.release);
+  std::snprintf(information->machine, sizeof information->machine, "%s", machine.machine);
+  return 0;
 }
