@@ -177,7 +177,7 @@ TEST(Inversion, RefusesSmallPivots) {
   Random random(46);
   const int n = 12;
   for (int k = 1; k <= n; ++k) {
-    // Equation k is a copy of the first one but for 1e-9, or has nothing but a small diagonal itself.
+    // Equation k has nothing but a small diagonal.
     for (const double rest : {1e-9, -1e-9, 1e-8}) {
       Matrix a = random_matrix(random, n, n + 1, true);
       for (int i = 1; i <= n; ++i) {

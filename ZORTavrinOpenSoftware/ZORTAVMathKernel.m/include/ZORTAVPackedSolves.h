@@ -8,7 +8,7 @@
  * What holds for every entry point here
  * - Arrays lie on their element's 8-byte boundary; more is not needed. They must not overlap each other.
  * - Nothing is printed and the process is never stopped. A zero on a diagonal that is used gives infinities or NaN.
- * - Memory: no heap; at most 40 KiB of stack.
+ * - Memory: no heap; at most 70 KiB of stack.
  * - Reproducibility: fixed order, products rounded before they are subtracted, never fused: an element's bits are the
  *   same on every instruction-set level and platform, at every increment, and alone or among other right-hand sides. */
 #ifndef ZORTAV_PACKED_SOLVES_H
