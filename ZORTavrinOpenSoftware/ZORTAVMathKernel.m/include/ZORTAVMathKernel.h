@@ -8,6 +8,7 @@
 #include "ZORTAVFactorization.h"
 #include "ZORTAVInstructionSet.h"
 #include "ZORTAVMatrixProduct.h"
+#include "ZORTAVMatrixVectorProduct.h"
 #include "ZORTAVSparseKernels.h"
 #include "ZORTAVSparsePatterns.h"
 #include "ZORTAVVectorKernels.h"
