@@ -15,7 +15,7 @@
  *   Alignment        any, even off the element's own boundary; that of x takes part in the order of some sums, below.
  *   Units            none; results have the units that the formula gives them.
  *   Threads          no state, no locks, no threads of its own: any number of callers at once on disjoint y. Stack: at
- *                    most 40 KiB; nothing on the heap.
+ *                    most 24 KiB; nothing on the heap.
  *   Reproducibility  fixed order: the operations and their order, stated for each routine, are part of the interface;
  *                    products are rounded before they are added, never fused. Same bits at every instruction-set level,
  *                    on every platform.

@@ -115,18 +115,21 @@ void check(const Routine& routine, Random& random, int m, int n) {
   if (routine.run.target<decltype(&dgemv_n)>() != nullptr && random.integer(0, 9) == 0) {
     p.lda = 0;  // the kernels check nothing
   }
-  p.a = numbers(random, static_cast<std::size_t>(p.lda * n + m), share / (m + 1));
+  p.a = numbers(random, static_cast<std::size_t>(n > 0 ? p.lda * (n - 1) + m : 0), share / (m + 1));
   p.x = numbers(random, reach(routine.plain ? n : m, p.incx), share);
   p.y = numbers(random, reach(routine.plain ? m : n, p.incy), share);
   for (int i = m; i < p.lda; ++i) {
-    for (int j = 0; j < n; ++j) {
+    for (int j = 0; j + 1 < n; ++j) {
       p.a[static_cast<std::size_t>(i + j * p.lda)] = nan;  // not A's
     }
   }
-  const Guarded<double> a(p.a, static_cast<std::size_t>(random.integer(0, 7)), any_of<std::size_t>(random, {0, 0, 4}));
+  const Guarded<double> elsewhere(p.a, static_cast<std::size_t>(random.integer(0, 7)),
+                                  any_of<std::size_t>(random, {0, 0, 4}));
+  // In its own place, reading past its end is seen by the sanitizer.
+  const double* const a = random.integer(0, 1) == 0 ? p.a.data() : elsewhere.data();
   const Guarded<double> x(p.x, 0, p.x_at);
   Guarded<double> y(p.y, static_cast<std::size_t>(random.integer(0, 7)), any_of<std::size_t>(random, {0, 0, 4}));
-  routine.run(&p.m, &p.n, &p.alpha, a.data(), &p.lda, x.data(), &p.incx, &p.beta, y.data(), &p.incy);
+  routine.run(&p.m, &p.n, &p.alpha, a, &p.lda, x.data(), &p.incx, &p.beta, y.data(), &p.incy);
   if (m > 0 && n > 0 && (p.alpha != 0 || p.beta != 1)) {
     routine.expect(p);
   }

@@ -97,6 +97,7 @@ void dgemvf(const char* trans, const int32_t* m, const int32_t* n, const double*
   if (zortav::nothing_to_do(*m, *n, *alpha, *beta)) {
     return;
   }
+  const double scale = *alpha;
   const bool plain = *trans == 'N';
   const int32_t lenx = plain ? *n : *m;
   const int32_t leny = plain ? *m : *n;
@@ -105,11 +106,11 @@ void dgemvf(const char* trans, const int32_t* m, const int32_t* n, const double*
   } else if (*beta != 1) {
     e_dscal(&leny, beta, y, incy);
   }
-  if (*alpha == 0) {
+  if (scale == 0) {
     return;
   }
   x += zortav::first_position(lenx, *incx);
   y += zortav::first_position(leny, *incy);
   const auto add = plain ? zortav::add_columns : zortav::add_dots;
-  add(*m, *n, *alpha, a, *lda, x, *incx, y, *incy);
+  add(*m, *n, scale, a, *lda, x, *incx, y, *incy);
 }
