@@ -27,6 +27,16 @@
 [[noreturn]] ZOR_EXPORT void ZORFatalError(const char* text, const char* file, int32_t line) noexcept;
 
 /**
+ * Writes one list-directed record, a text and a number, to standard output: a blank, the text, a blank, the number
+ * right-justified in eleven columns, a line end. The record is flushed: it lies where standard output leads to at the
+ * time of the call.
+ *
+ * @param text   [in] zero-terminated, at most 66 characters: a longer record would have to be broken.
+ * @param number [in] number.
+ */
+ZOR_EXPORT void ZORRuntimeWriteRecord(const char* text, int number);
+
+/**
  * Sets the floating-point exception mode of the calling thread.
  *
  * @param mode [in] 0: no exception traps. No other mode is defined; any other value changes nothing.

@@ -12,6 +12,7 @@
 #include "ZORTAVListing.h"
 #include "ZORTAVMatrixProduct.h"
 #include "ZORTAVMatrixUtilities.h"
+#include "ZORTAVMatrixVectorProduct.h"
 #include "ZORTAVPackedSolves.h"
 #include "ZORTAVSparseKernels.h"
 #include "ZORTAVSparsePatterns.h"

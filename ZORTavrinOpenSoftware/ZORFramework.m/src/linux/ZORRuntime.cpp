@@ -17,6 +17,11 @@ void ZORRuntimeStop(const char* text) {
   std::_Exit(EXIT_FAILURE);
 }
 
+void ZORRuntimeWriteRecord(const char* text, int number) {
+  std::printf(" %s %11d\n", text, number);
+  std::fflush(stdout);
+}
+
 void ZORRuntimeSetExceptionMode(int mode) {
   if (mode == 0) {
     fedisableexcept(FE_ALL_EXCEPT);

@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "ZORTAVVectorKernels.h"
+#include "vector_kernels/level1/vector_kernel_table.h"
 #include "vector_kernels/strided.h"
-#include "vector_kernels/vector_kernel_table.h"
 
 void e_dscal(const int32_t* n, const double* alpha, double* x, const int32_t* incx) {
   if (*n <= 0) {

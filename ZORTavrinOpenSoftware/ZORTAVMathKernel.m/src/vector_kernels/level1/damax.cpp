@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "ZORTAVVectorKernels.h"
-#include "vector_kernels/magnitude.h"
-#include "vector_kernels/vector_kernel_table.h"
+#include "vector_kernels/level1/magnitude.h"
+#include "vector_kernels/level1/vector_kernel_table.h"
 
 double damax(const int32_t* n, const double* x, const int32_t* incx) {
   const std::int64_t count = *n;

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "ZORTAVVectorKernels.h"
-#include "vector_kernels/group_sum.h"
+#include "vector_kernels/level1/group_sum.h"
 
 double e_ddoti(const int32_t* n, const double* x, const int32_t* indx, const double* y) {
   const std::int64_t count = *n;

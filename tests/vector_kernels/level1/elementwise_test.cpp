@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "ZORTAVVectorKernels.h"
-#include "vector_kernels/strided_vectors.h"
+#include "vector_kernels/level1/strided_vectors.h"
 
 namespace zortest {
 namespace {

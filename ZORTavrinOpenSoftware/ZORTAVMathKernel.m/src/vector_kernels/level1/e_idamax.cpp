@@ -8,8 +8,8 @@
 #include <cstdlib>
 
 #include "ZORTAVVectorKernels.h"
-#include "vector_kernels/magnitude.h"
-#include "vector_kernels/vector_kernel_table.h"
+#include "vector_kernels/level1/magnitude.h"
+#include "vector_kernels/level1/vector_kernel_table.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <cstddef>
 
 #include "vector_kernels/elementwise_kernel.h"
-#include "vector_kernels/magnitude.h"
+#include "vector_kernels/level1/magnitude.h"
 
 namespace zortav::ZORTAV_LEVEL {
 namespace {

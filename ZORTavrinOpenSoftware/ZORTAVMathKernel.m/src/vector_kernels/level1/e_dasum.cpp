@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "ZORTAVVectorKernels.h"
-#include "vector_kernels/group_sum.h"
-#include "vector_kernels/vector_kernel_table.h"
+#include "vector_kernels/level1/group_sum.h"
+#include "vector_kernels/level1/vector_kernel_table.h"
 
 double e_dasum(const int32_t* n, const double* x, const int32_t* incx) {
   const std::int64_t count = *n;

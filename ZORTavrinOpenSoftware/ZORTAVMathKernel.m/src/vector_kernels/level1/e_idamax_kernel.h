@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "vector_kernels/damax_kernel.h"
+#include "vector_kernels/level1/damax_kernel.h"
 
 namespace zortav::ZORTAV_LEVEL {
 namespace {

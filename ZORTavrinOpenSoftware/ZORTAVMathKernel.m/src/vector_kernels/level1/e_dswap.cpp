@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "ZORTAVVectorKernels.h"
+#include "vector_kernels/level1/vector_kernel_table.h"
 #include "vector_kernels/strided.h"
-#include "vector_kernels/vector_kernel_table.h"
 
 void e_dswap(const int32_t* n, double* x, const int32_t* incx, double* y, const int32_t* incy) {
   if (*n <= 0) {

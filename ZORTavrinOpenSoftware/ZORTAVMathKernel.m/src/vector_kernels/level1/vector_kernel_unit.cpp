@@ -2,13 +2,13 @@
 // Gathers the inner loops of the vector kernels into this level's table.
 #include "dispatch/kernel_unit.h"
 // the inner loops, each beside its routine
-#include "vector_kernels/damax_kernel.h"
-#include "vector_kernels/e_dasum_kernel.h"
-#include "vector_kernels/e_daxpy_kernel.h"
-#include "vector_kernels/e_dscal_kernel.h"
-#include "vector_kernels/e_dswap_kernel.h"
-#include "vector_kernels/e_idamax_kernel.h"
-#include "vector_kernels/vector_kernel_table.h"
+#include "vector_kernels/level1/damax_kernel.h"
+#include "vector_kernels/level1/e_dasum_kernel.h"
+#include "vector_kernels/level1/e_daxpy_kernel.h"
+#include "vector_kernels/level1/e_dscal_kernel.h"
+#include "vector_kernels/level1/e_dswap_kernel.h"
+#include "vector_kernels/level1/e_idamax_kernel.h"
+#include "vector_kernels/level1/vector_kernel_table.h"
 
 namespace zortav::ZORTAV_LEVEL {
 const VectorKernelTable vector_kernel_table{

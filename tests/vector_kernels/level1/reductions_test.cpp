@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ZORTAVVectorKernels.h"
-#include "vector_kernels/strided_vectors.h"
+#include "vector_kernels/level1/strided_vectors.h"
 
 namespace zortest {
 namespace {

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// y := alpha·A·x + beta·y for the rows that form whole strips of four.
+#include "ZORTAVMatrixVectorProduct.h"
+#include "vector_kernels/matrix_vector/plain_product.h"
+#include "vector_kernels/matrix_vector/quick_return.h"
+
+void dgemv32_n(const int32_t* m, const int32_t* n, const double* alpha, const double* a, const int32_t* lda,
+               const double* x, const int32_t* incx, const double* beta, double* y, const int32_t* incy) {
+  constexpr int32_t strip = 4;
+  if (zortav::nothing_to_do(*m, *n, *alpha, *beta)) {
+    return;
+  }
+  zortav::plain_product(*m - *m % strip, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy);
+}
