@@ -147,12 +147,8 @@ TEST_F(Catalog, FoldersAreSearchedInOrder) {
 }
 
 TEST_F(Catalog, ABrokenFileIsReportedOnceAndTakenAsAbsent) {
-  const std::string deep(1 << 20, '[');
-  std::string deep_objects;
-  for (int i = 0; i < 200000; ++i) {
-    deep_objects += "{\"ERR_0007\":";
-  }
-  const std::string too_large = R"({"ERR_0007": {"diagnostic": ")" + std::string(std::size_t{16} << 20, 'x') + R"("}})";
+  const std::string deep(200000, '[');
+  const std::string too_large = R"({"ERR_0007": {"diagnostic": "d"}})" + std::string(std::size_t{16} << 20, ' ');
   const std::string broken[] = {"",
                                 "{",
                                 "[]",
@@ -166,8 +162,9 @@ TEST_F(Catalog, ABrokenFileIsReportedOnceAndTakenAsAbsent) {
                                 "{\"ERR_0007\": {\"diagnostic\": \"\xC3\x28\"}}",
                                 R"({"ERR_0007": {"diagnostic": "\uD800"}})",
                                 std::string("{\"\0\": {}", 8),
+                                R"({"ERR_0007": {"diagnostic": "d", "note": [7]}})",
                                 deep,
-                                deep_objects,
+                                R"({"ERR_0007": )" + deep + std::string(deep.size(), ']') + "}",
                                 too_large};
   for (const std::string& text : broken) {
     const ScratchFolder folder;

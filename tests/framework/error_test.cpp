@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <string>
-#include <vector>
+#include <type_traits>
 
 #include "ZORResourceError.h"
 #include "support/files.h"
@@ -94,66 +94,42 @@ std::ptrdiff_t place(Operation operation) {
   return (offset_and_one - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
 }
 
+constexpr struct {
+} destructor;  // of which no pointer can be had; it has two places
+
+// How many of the operations are not at the place in the table that they have in this list.
+template <class... Operations>
+int misplaced(Operations... operations) {
+  std::ptrdiff_t expected = 0;
+  const auto is_misplaced = [&expected](auto operation) {
+    if constexpr (std::is_member_function_pointer_v<decltype(operation)>) {
+      return place(operation) == expected++ ? 0 : 1;
+    } else {
+      expected += 2;
+      return 0;
+    }
+  };
+  int count = 0;
+  ((count += is_misplaced(operations)), ...);
+  return count;
+}
+
 TEST(Error, TheOrderOfItsVirtualOperationsIsFixed) {
   using E = ZORError;
   using ByIdentifier = int32_t (ZORBaseObject::*)(const ZORUuid&, void**);
   using ByName = int32_t (ZORBaseObject::*)(const char*, void**);
-  constexpr std::ptrdiff_t destructors = -1;  // two places, of which no pointer can be had
-  const std::vector<std::ptrdiff_t> places = {
-      place(static_cast<ByIdentifier>(&E::QueryInterface)),
-      place(&E::AddRef),
-      place(&E::Release),
-      place(&E::GetTypeInfoCount),
-      place(&E::GetTypeInfo),
-      place(&E::GetIDsOfNames),
-      place(&E::Invoke),
-      place(static_cast<ByName>(&E::QueryInterface)),
-      destructors,
-      destructors,
-      place(&E::GetMetaObject),
-      place(&E::IsA),
-      place(&E::IsAKindOf),
-      place(&E::GetImpl),
-      place(&E::SetImpl),
-      place(&E::IsNull),
-      place(&E::IsEqual),
-      place(&E::ChangeComponentState),
-      place(&E::GetId),
-      place(&E::GetMsgId),
-      place(&E::GetMsgCatalog),
-      place(&E::GetSourceFileName),
-      place(&E::SetSourceFileName),
-      place(&E::GetSourceLineNumber),
-      place(&E::SetSourceLineNumber),
-      place(&E::GetMessageText),
-      place(&E::GetNLSMessage),
-      place(&E::GetNLSRequest),
-      place(&E::GetNLSDiagnostic),
-      place(&E::GetNLSAdvice),
-      place(&E::GetNLSSource),
-      place(&E::GetNLSHelpFile),
-      place(&E::GetNLSHelpContext),
-      place(&E::Display),
-      place(&E::PrintHistory),
-      place(&E::Throw),
-      place(&E::SetNLSParameters),
-      place(&E::SetNLSRequestParams),
-      place(&E::SetNLSDiagnosticParams),
-      place(&E::SetNLSAdviceParams),
-      place(&E::SetSourceContext),
-      place(&E::GetSourceContext),
-      place(&E::GetReturnCode),
-      place(&E::SetReturnCode),
-      place(&E::GetInformationOnErrorType),
-      place(&E::SetInformationOnErrorType),
-      place(&E::CloneSelf),
-      place(&E::GetErrorTable),
-  };
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    if (places[i] != destructors) {
-      EXPECT_EQ(places[i], static_cast<std::ptrdiff_t>(i));
-    }
-  }
+  EXPECT_EQ(
+      misplaced(static_cast<ByIdentifier>(&E::QueryInterface), &E::AddRef, &E::Release, &E::GetTypeInfoCount,
+                &E::GetTypeInfo, &E::GetIDsOfNames, &E::Invoke, static_cast<ByName>(&E::QueryInterface), destructor,
+                &E::GetMetaObject, &E::IsA, &E::IsAKindOf, &E::GetImpl, &E::SetImpl, &E::IsNull, &E::IsEqual,
+                &E::ChangeComponentState, &E::GetId, &E::GetMsgId, &E::GetMsgCatalog, &E::GetSourceFileName,
+                &E::SetSourceFileName, &E::GetSourceLineNumber, &E::SetSourceLineNumber, &E::GetMessageText,
+                &E::GetNLSMessage, &E::GetNLSRequest, &E::GetNLSDiagnostic, &E::GetNLSAdvice, &E::GetNLSSource,
+                &E::GetNLSHelpFile, &E::GetNLSHelpContext, &E::Display, &E::PrintHistory, &E::Throw,
+                &E::SetNLSParameters, &E::SetNLSRequestParams, &E::SetNLSDiagnosticParams, &E::SetNLSAdviceParams,
+                &E::SetSourceContext, &E::GetSourceContext, &E::GetReturnCode, &E::SetReturnCode,
+                &E::GetInformationOnErrorType, &E::SetInformationOnErrorType, &E::CloneSelf, &E::GetErrorTable),
+      0);
 }
 
 }  // namespace

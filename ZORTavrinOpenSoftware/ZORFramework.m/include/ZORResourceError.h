@@ -20,10 +20,10 @@
  *   2. the folder of the library, and "msgcatalog" in it;
  *   3. "../share/ZORTAVMathKernel/msgcatalog" from the folder of the library, its place under an install prefix.
  *
- * The first file found counts. The language is the first part of the first of LC_ALL, LC_MESSAGES and LANG that is set
- * and not empty ("fr" of "fr_CA.UTF-8"); "C", "POSIX" and none at all are English. A message that is not there in that
- * language is taken in English ("en"). The catalogs of this library, "ZORTavrinError" and "ZORTAVMathKernelError", are
- * also compiled in and stand behind their files, language by language.
+ * The first file that is there and can be understood counts. The language is the first part of the first of LC_ALL,
+ * LC_MESSAGES and LANG that is set and not empty ("fr" of "fr_CA.UTF-8"); "C", "POSIX" and none at all are English. A
+ * message that is not there in that language is taken in English ("en"). The catalogs of this library, "ZORTavrinError"
+ * and "ZORTAVMathKernelError", are also compiled in and stand behind their files, language by language.
  *
  * A catalog file is read once for each setting of the search path. One that cannot be understood (no JSON, not of this
  * form, not UTF-8, more than 16 MiB) is reported once on standard error and then taken as absent. A catalog's name must

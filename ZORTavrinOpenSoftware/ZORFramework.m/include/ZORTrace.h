@@ -72,7 +72,8 @@ class ZOR_EXPORT ZORTrace {
 };
 
 /**
- * Switches the channels of a name. A name that no channel has yet is remembered for one to come.
+ * Switches the channels of a name. A name that no channel has yet is remembered for one to come. What a controller has
+ * set outlives it.
  *
  * Threads: while no other thread writes to, makes or switches a channel.
  */
@@ -80,8 +81,6 @@ class ZOR_EXPORT ZORTraControle {
  public:
   /** @param name [in] zero-terminated; null is the empty name. */
   explicit ZORTraControle(const char* name) noexcept;
-  /** Ends the controller; what it has set stays. */
-  ~ZORTraControle();
   ZORTraControle(const ZORTraControle&) = delete;
   ZORTraControle& operator=(const ZORTraControle&) = delete;
 

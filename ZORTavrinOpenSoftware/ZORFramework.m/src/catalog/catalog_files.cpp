@@ -83,8 +83,9 @@ std::optional<MessageTable> read_catalog_file(const std::string& search_path, co
   if (!is_plain_name(catalog)) {
     return std::nullopt;
   }
+  const std::string name = catalog + "_" + language + ".json";
   for (const fs::path& folder : folders(search_path)) {
-    const fs::path file = folder / (catalog + "_" + language + ".json");
+    const fs::path file = folder / name;
     std::error_code unreachable;
     // Anything but a plain file could keep the reader waiting.
     if (!fs::is_regular_file(file, unreachable)) {

@@ -7,6 +7,8 @@
 #include <array>
 #include <map>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 #include "ZORSystem.h"
 #include "catalog_files.h"
@@ -23,7 +25,9 @@ struct Key {
   std::string search_path;
   std::string catalog;
   std::string language;
-  auto operator<=>(const Key&) const = default;
+  bool operator<(const Key& other) const {
+    return std::tie(search_path, catalog, language) < std::tie(other.search_path, other.catalog, other.language);
+  }
 };
 
 MessageTable read_compiled_catalog(const std::string& catalog, const std::string& language) {

@@ -83,11 +83,9 @@ int32_t ZORTavListingServices::Set(const ZORUnicodeString& directory) {
   int32_t descriptor = no_descriptor;
   status = ZORFOpen(path, "a+c", &descriptor);
   if (status >= 0) {
-    // The folder may be the very text that GetDirectory returned.
-    const ZORUnicodeString kept = directory;
     solver_log().descriptor = descriptor;
+    solver_log().directory = directory;
     solver_log().file_name = name;
-    solver_log().directory = kept;
   }
   return status;
 }

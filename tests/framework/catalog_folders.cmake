@@ -1,0 +1,17 @@
+# SPDX-License-Identifier: MIT
+# Catalogs are found beside the library and under its install prefix: PROBE is run with a copy of LIBRARY in FOLDER.
+cmake_minimum_required(VERSION 3.25)
+
+file(REMOVE_RECURSE ${FOLDER})
+file(COPY ${LIBRARY} DESTINATION ${FOLDER}/lib FOLLOW_SYMLINK_CHAIN)
+set(ENV{LD_LIBRARY_PATH} ${FOLDER}/lib)
+set(ENV{LC_ALL} C)
+# From the last that is looked at to the first.
+foreach(place share/ZORTAVMathKernel/msgcatalog lib/msgcatalog lib)
+  file(WRITE ${FOLDER}/${place}/Own_en.json "{\"ERR_0007\": {\"advice\": \"${place}\"}}")
+  execute_process(COMMAND ${PROBE} OUTPUT_VARIABLE message COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT message STREQUAL "${place}\n")
+    message(SEND_ERROR "found '${message}' instead of the catalog in ${place}")
+  endif()
+endforeach()
+file(REMOVE_RECURSE ${FOLDER})
