@@ -30,7 +30,7 @@ constexpr int accumulators = lanes == 8 ? 24 : 12;
 constexpr int tile_vectors = lanes == 8 ? 2 : 3;
 constexpr std::ptrdiff_t tile_rows = tile_vectors * lanes;
 // Columns of B that stay in the second-level cache while the row tiles of a block pass.
-constexpr std::ptrdiff_t chunk_columns = 144;
+constexpr std::ptrdiff_t chunk_columns = 192;
 constexpr std::ptrdiff_t cache_line_doubles = 8;
 // B is fetched this many depths ahead; towards its end a tile fetches the first depths of the next one.
 constexpr std::ptrdiff_t fetch_distance = 8 * cache_line_doubles;
@@ -104,12 +104,22 @@ void turn_rows(const double* p, std::ptrdiff_t rows, std::ptrdiff_t depth, doubl
   }
 }
 
+template <std::ptrdiff_t rows>
+HWY_INLINE void fetch_column_of_c(const double* c) {
+#pragma GCC unroll 4
+  for (std::ptrdiff_t i = 0; i < rows; i += cache_line_doubles) {
+    hwy::Prefetch(c + i);
+  }
+  hwy::Prefetch(c + rows - 1);
+}
+
 // One tile of C.
 struct TileUpdate {
   std::ptrdiff_t depth;
   const double* t;
   const double* b;
   const double* next_b;  // the columns that the next tile reads
+  double* next_c;        // and those that it updates; null: they are on their way already
   std::ptrdiff_t ldb;
   double beta;
   double* c;
@@ -177,7 +187,18 @@ HWY_INLINE void update_tile(const TileUpdate& task) {
   std::ptrdiff_t left = task.depth;
   const std::ptrdiff_t turning = fetch_distance + left % cache_line_doubles + cache_line_doubles;
   const std::ptrdiff_t to_next = task.next_b - fetch[0] - (left - turning);
+  // The next tile is announced column by column: all at once its pages would keep this tile's loads waiting.
+  const double* coming_b = task.next_b;
+  const double* coming_c = task.next_c;
+  int to_announce = coming_c == nullptr ? 0 : columns;
   for (; left >= cache_line_doubles; left -= cache_line_doubles) {
+    if (to_announce > 0) {
+      --to_announce;
+      hwy::Prefetch(coming_b);
+      fetch_column_of_c<step>(coming_c);
+      coming_b += task.ldb;
+      coming_c += ldc;
+    }
 #pragma GCC unroll 24
     for (int j = 0; j < columns; ++j) {
       hwy::Prefetch(fetch[j]);
@@ -209,15 +230,6 @@ HWY_INLINE void update_tile(const TileUpdate& task) {
   }
 }
 
-void fetch_tile_of_c(const double* c, std::ptrdiff_t ldc, std::ptrdiff_t rows, std::ptrdiff_t columns) {
-  for (std::ptrdiff_t j = 0; j < columns; ++j) {
-    for (std::ptrdiff_t i = 0; i < rows; i += cache_line_doubles) {
-      hwy::Prefetch(c + i + j * ldc);
-    }
-    hwy::Prefetch(c + rows - 1 + j * ldc);
-  }
-}
-
 // The columns that do not fill a tile.
 template <int vectors, int columns>
 void update_last_columns(const TileUpdate& task, std::ptrdiff_t count) {
@@ -239,13 +251,15 @@ void update_rows(const RowBlockUpdate& task, double* t) {
   }
   turn_rows<vectors>(task.p, task.rows, task.depth, t);
   constexpr int columns = accumulators / vectors;
-  // Where the depth is small, the arithmetic of one tile does not cover the way of C from memory.
+  // Where the depth is small, a tile is too short to announce the next one: C is fetched from further ahead.
+  const bool announces = task.depth >= columns * cache_line_doubles;
   const std::ptrdiff_t ahead = (1 + fetch_distance / task.depth) * columns;
   const auto tile = [&](std::ptrdiff_t j, std::ptrdiff_t next) __attribute__((always_inline)) {
     return TileUpdate{.depth = task.depth,
                       .t = t,
                       .b = task.b + j * task.ldb,
                       .next_b = task.b + next * task.ldb,
+                      .next_c = announces ? task.c + next * task.ldc : nullptr,
                       .ldb = task.ldb,
                       .beta = task.beta,
                       .c = task.c + j * task.ldc,
@@ -254,9 +268,10 @@ void update_rows(const RowBlockUpdate& task, double* t) {
   };
   std::ptrdiff_t j = 0;
   for (; j + columns <= task.columns; j += columns) {
-    const std::ptrdiff_t fetched = j + ahead;
-    if (fetched < task.columns) {
-      fetch_tile_of_c(task.c + fetched * task.ldc, task.ldc, task.rows, HWY_MIN(columns, task.columns - fetched));
+    if (!announces) {
+      for (std::ptrdiff_t next = j + ahead; next < HWY_MIN(j + ahead + columns, task.columns); ++next) {
+        fetch_column_of_c<vectors * lanes>(task.c + next * task.ldc);
+      }
     }
     update_tile<vectors, columns>(tile(j, j + 2 * columns <= task.columns ? j + columns : 0));
   }
