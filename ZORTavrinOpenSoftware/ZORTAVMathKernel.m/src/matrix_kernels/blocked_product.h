@@ -25,8 +25,8 @@ enum class Team { caller_alone, threads };
 
 // Each element of C starts from beta·C and adds its products one by one in increasing depth; the result does not depend
 // on the team.
-// Stack: 158,784 bytes for the packed rows and at most 33,280 for the tile at hand on every thread; when B is transposed,
-// 190,528 more on the calling one.
+// Stack: 158,784 bytes for the packed rows and at most 33,280 for the tile at hand on every thread; when B is
+// transposed, 190,528 more on the calling one.
 void blocked_product(const Product& product, Team team);
 
 }  // namespace zortav
