@@ -108,14 +108,19 @@ TEST(PackedCholesky, SpecialCases) {
   eacort(nullptr, &one, u.data(), &b);
   EXPECT_EQ(b, 3);
 
-  // Zeros are multiplied like any number, and what is not a number stays in its right-hand side.
-  std::vector<double> infinite{1, inf, 1};
-  std::vector<double> x{1, 0, 0, 0, nan, 1, 2, 2, 3, 3};
+  // Zeros are multiplied like any number, which only the sign of another zero tells.
+  const std::vector<double> negative{1, -1, 1};
+  for (const int32_t& nrhs : {one, five}) {
+    std::vector<double> zeros{-0.0, 0, -0.0, 0, -0.0, 0, -0.0, 0, -0.0, 0};
+    int32_t info = 0;
+    dpptrs_2("U", &two, &nrhs, negative.data(), zeros.data(), &two, &info);
+    EXPECT_TRUE(same_bits(0.0, zeros[0])) << nrhs;
+  }
+
+  // What is not a number stays in its right-hand side.
   int32_t info = 0;
-  dpptrs_2("U", &two, &five, infinite.data(), x.data(), &two, &info);
-  EXPECT_NE(x[2], x[2]) << "0·inf";
-  std::vector<double> finite{1, 1, 1};
-  x = {2, 2, nan, 0, 4, 4, inf, 0, 3, 3};
+  const std::vector<double> finite{1, 1, 1};
+  std::vector<double> x{2, 2, nan, 0, 4, 4, inf, 0, 3, 3};
   dpptrs_2("U", &two, &five, finite.data(), x.data(), &two, &info);
   EXPECT_EQ(x[0], 2);
   EXPECT_NE(x[2], x[2]);
