@@ -33,9 +33,8 @@ int run_condensation(const Options& options) {
   const Structure structure = make_structure(options, phases);
   const RetainedUnknowns retained = read_retained_unknowns(options.condense, structure);
   OutputFolder folder(options.out);
-  print_head(structure);
   const std::string count = std::to_string(retained.unknown.size());
-  list_model(structure, "the stiffness condensed to unknowns: " + count);
+  print_head(structure, "the stiffness condensed to unknowns: " + count);
 
   const CondensedStiffness condensed =
       timed("condensation", phases, [&] { return condensed_stiffness(structure, retained, options); });

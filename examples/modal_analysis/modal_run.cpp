@@ -60,8 +60,7 @@ int run_modal_analysis(const Options& options) {
                      std::to_string(structure.stiffness.order) + " unknowns");
   }
   OutputFolder folder(options.out);  // before the long work, so that a bad folder is told at once
-  print_head(structure);
-  list_model(structure, "the lowest modes of K*x = lambda*M*x: " + std::to_string(modes));
+  print_head(structure, "the lowest modes of K*x = lambda*M*x: " + std::to_string(modes));
 
   const ModalResult result = solve(structure, options, modes);
   phases.insert(phases.end(), result.phases.begin(), result.phases.end());

@@ -45,7 +45,8 @@ std::string matrix_name(const Options& options) {
                                      : options.stiffness;
 }
 
-void print_head(const Structure& structure) {
+void print_head(const Structure& structure, const std::string& task) {
+  list_model(structure, task, omp_get_max_threads());
   std::int32_t active = 0;
   std::int32_t highest = 0;
   std::int32_t reason = 0;

@@ -32,7 +32,8 @@ Structure make_structure(const Options& options, std::vector<PhaseTime>& phases)
 // Where the stiffness comes from, for messages.
 std::string matrix_name(const Options& options);
 
-void print_head(const Structure& structure);
+// The model on the terminal, and in the listing with the task.
+void print_head(const Structure& structure, const std::string& task);
 // Times, memory, files and log; the listing gets the same. Throws InputError when standard output cannot be written.
 void print_end(const std::vector<PhaseTime>& phases, const std::string& files, const Options& options);
 

@@ -75,6 +75,7 @@ AssemblyTree plan_keeping(const SymmetricMatrix& matrix, std::span<const std::in
   }
   const CompressedGraph compressed = compress(pattern_with_clique(matrix, is_kept), is_kept);
   std::vector<std::uint8_t> vertex_is_kept;
+  vertex_is_kept.reserve(at(compressed.graph.vertices()));
   for (std::int32_t v = 0; v < compressed.graph.vertices(); ++v) {
     vertex_is_kept.push_back(is_kept[at(compressed.members(v).front())]);
   }

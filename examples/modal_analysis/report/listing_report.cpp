@@ -45,14 +45,14 @@ double words_in_megabytes(void (*ask)(std::int32_t*)) {
 std::string date() {
   char* text = nullptr;
   TavGetDate(text);
-  const std::string result = text != nullptr ? text : "";
+  std::string result = text != nullptr ? text : "";
   std::free(text);  // NOLINT(cppcoreguidelines-no-malloc): as the library hands it over
   return result;
 }
 
 }  // namespace
 
-void list_model(const Structure& structure, const std::string& task) {
+void list_model(const Structure& structure, const std::string& task, int team) {
   std::int32_t active = 0;
   std::int32_t highest = 0;
   std::int32_t reason = 0;
@@ -69,7 +69,7 @@ void list_model(const Structure& structure, const std::string& task) {
   listf("  entries of K, of M         %d, %d (lower triangles)", structure.stiffness.entries(),
         structure.mass.entries());
   listf("  instruction set            %s, the machine offers %s", ehisanm(&active), ehisanm(&highest));
-  listf("  threads of OMP_NUM_THREADS %d", threads);
+  listf("  threads                    %d in dense products, %d in sparse ones", threads, team);
   listf("  working memory             %.0f MB", words_in_megabytes(ehumem));
   listf("  largest array allowed      %.0f MB", words_in_megabytes(ehalmxc));
 }

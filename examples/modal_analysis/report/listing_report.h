@@ -12,8 +12,8 @@
 
 namespace modal {
 
-// task: what the run is to find, such as "the 6 lowest modes".
-void list_model(const Structure& structure, const std::string& task);
+// task: what the run is to find. team: threads of the OpenMP team.
+void list_model(const Structure& structure, const std::string& task, int team);
 void list_factor(const FactorSummary& summary);
 void list_modes(const ModalResult& result);
 void list_condensed(const RetainedUnknowns& retained, const CondensedStiffness& condensed);
