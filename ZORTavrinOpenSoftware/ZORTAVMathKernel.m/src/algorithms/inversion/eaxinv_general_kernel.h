@@ -14,6 +14,10 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
+// Wider matrices keep the rows of a panel in their place, where they no longer fit the second-level cache anyway.
+constexpr Index buffered_columns = 2048;
+static_assert(buffered_columns * strip_rows <= block_strips * strip_size);
+
 class GeneralInversion {
  public:
   GeneralInversion(Index n, Index lda, double* a, std::int32_t* ipiv) : n_(n), lda_(lda), a_(a), ipiv_(ipiv) {}
@@ -24,10 +28,13 @@ class GeneralInversion {
     }
     for (first_ = 0; first_ < n_; first_ += block_.pivots) {
       block_.pivots = n_ - first_ < panel_pivots ? n_ - first_ : panel_pivots;
+      std::memset(block_.t, 0, sizeof block_.t);
+      block_.zeros = Zeros::none;
       for (Index s = 0; s < block_.pivots; s += strip_rows) {
-        eliminate_rows(s, block_.pivots - s < strip_rows ? block_.pivots - s : strip_rows);
+        const Index rows = block_.pivots - s < strip_rows ? block_.pivots - s : strip_rows;
+        eliminate_rows(s, rows);
+        gather_multipliers(s, rows);
       }
-      gather_multipliers(block_.pivots);
       finish_block();
       update_rows(0, first_);
       update_rows(first_ + block_.pivots, n_);
@@ -58,16 +65,14 @@ class GeneralInversion {
     }
   }
 
-  // The multipliers of the panel's first `pivots` steps among its own columns.
-  void gather_multipliers(Index pivots) {
-    std::memset(block_.t, 0, sizeof block_.t);
-    block_.zeros = false;
-    for (Index j = 0; j < pivots; ++j) {
+  // The multipliers that rows s .. s+rows-1 of the panel add to those among the panel's own columns up to there.
+  void gather_multipliers(Index s, Index rows) {
+    for (Index j = 0; j < s + rows; ++j) {
       const double* const from = column(first_ + j) + first_;
-      for (Index p = 0; p < pivots; ++p) {
+      for (Index p = j < s ? s : 0; p < s + rows; ++p) {
         if (p != j) {
           block_.multiplier(p, j) = from[p];
-          block_.zeros |= from[p] == 0;
+          block_.zeros = from[p] == 0 ? Zeros::some : block_.zeros;
         }
       }
     }
@@ -76,7 +81,7 @@ class GeneralInversion {
   // Rows s .. s+rows-1 of the panel: the panel's steps before s, then their own.
   void eliminate_rows(Index s, Index rows) {
     double* const place = a_ + first_ + s;
-    const bool buffered = n_ * strip_rows <= block_strips * strip_size;
+    const bool buffered = n_ <= buffered_columns;
     const Rows x = buffered ? Rows{strips_, strip_rows} : Rows{place, lda_};
     if (buffered) {
       load_strip(n_, rows, place, 1, lda_, strips_);
@@ -112,7 +117,6 @@ class GeneralInversion {
   }
 
   void apply_steps_before(Index s, Index rows, const Rows& x) {
-    gather_multipliers(s);
     alignas(64) double strip[strip_size];
     load_strip(s, rows, &x(0, first_), 1, x.stride, strip);
     solve_strip<Solve::scaled>(s, block_.t, block_.zeros, block_.r, strip, strip);
@@ -122,7 +126,7 @@ class GeneralInversion {
     finish_column_strip(block_, strip, rows, &x(0, first_), x.stride);
     alignas(64) double factors[panel_pivots * tile_columns];
     for_each_tile([&](Index j, Index columns) {
-      const bool zeros = pack_factors(s, columns, column(j) + first_, 1, lda_, factors);
+      const Zeros zeros = pack_factors(s, columns, column(j) + first_, 1, lda_, factors);
       update_tile_of({rows, columns}, zeros, s, strip, factors, &x(0, j), x.stride);
     });
     block_.pivots = pivots;
@@ -211,8 +215,10 @@ class GeneralInversion {
         const double t = block_.multiplier(p, j);
         double* __restrict const aj = block_.a[j];
         aj[p] = t * r;
-        for (Index i = 0; i <= p && t != 0; ++i) {
-          aj[i] = aj[i] + t * cp[i];
+        if (t != 0) {
+          for (Index i = 0; i <= p; ++i) {
+            aj[i] = aj[i] + t * cp[i];
+          }
         }
       }
       cp[p] = r;
@@ -235,7 +241,7 @@ class GeneralInversion {
         finish_column_strip(block_, strip, rows, own, lda_);
       }
       for_each_tile([&](Index j, Index columns) {
-        const bool zeros = pack_factors(pivots, columns, column(j) + first_, 1, lda_, factors);
+        const Zeros zeros = pack_factors(pivots, columns, column(j) + first_, 1, lda_, factors);
         for (Index i = top; i < bottom; i += strip_rows) {
           const Index rows = bottom - i < strip_rows ? bottom - i : strip_rows;
           update_tile_of({rows, columns}, zeros, pivots, strips_ + (i - top) * panel_pivots, factors, column(j) + i,
@@ -249,7 +255,7 @@ class GeneralInversion {
     const Index pivots = block_.pivots;
     alignas(64) double factors[panel_pivots * tile_columns];
     for_each_tile([&](Index j, Index columns) {
-      const bool zeros = pack_factors(pivots, columns, column(j) + first_, 1, lda_, factors);
+      const Zeros zeros = pack_factors(pivots, columns, column(j) + first_, 1, lda_, factors);
       finish_row_tile(block_, block_.r, zeros, factors, columns, column(j) + first_, lda_);
     });
     for (Index j = 0; j < pivots; ++j) {

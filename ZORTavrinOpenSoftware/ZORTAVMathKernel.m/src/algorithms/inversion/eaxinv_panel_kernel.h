@@ -32,7 +32,7 @@ constexpr Index strip_size = panel_pivots * strip_rows;
 // The panel's rows and columns among themselves; i, j and p count from the panel's first pivot.
 struct PanelBlock {
   Index pivots;
-  bool zeros;              // among the multipliers
+  Zeros zeros;             // among the multipliers: some or none
   double r[panel_pivots];  // what replaces each pivot, up to its sign
   // t(p,j) at [j / tile_columns][p][j % tile_columns]; 0 for j = p and for columns that the panel does not have
   alignas(64) double t[panel_groups][panel_pivots][tile_columns];
@@ -106,7 +106,7 @@ HWY_NOINLINE void solve_group(Index columns, const double* factors, const double
 // Turns the panel's columns in a strip into c. `factors` are the block's t or, mirrored, its c in the same layout; then
 // the strip's own multipliers are left in `multipliers`.
 template <Solve kind>
-inline void solve_strip(Index pivots, const double (*factors)[panel_pivots][tile_columns], bool zeros, const double* r,
+inline void solve_strip(Index pivots, const double (*factors)[panel_pivots][tile_columns], Zeros zeros, const double* r,
                         double* strip, double* multipliers) {
   for (Index q = 0; q < pivots; q += tile_columns) {
     const double* const group = factors[q / tile_columns][0];
@@ -199,7 +199,7 @@ HWY_NOINLINE void begin_rows(Index rows, const double* c, const double* factors,
 
 // The panel's rows in columns outside the panel, whose multipliers are `factors`: what step i makes of row i, which is
 // the multiplier times start(i), and the steps from i on. `a` is at the panel's first row.
-inline void finish_row_tile(const PanelBlock& block, const double* start, bool zeros, const double* factors,
+inline void finish_row_tile(const PanelBlock& block, const double* start, Zeros zeros, const double* factors,
                             Index columns, double* a, Index lda) {
   for (Index s = 0; s < block.pivots; s += strip_rows) {
     const Index rows = block.pivots - s < strip_rows ? block.pivots - s : strip_rows;

@@ -55,7 +55,7 @@ class SymmetricInversion {
     std::memset(block_.t, 0, sizeof block_.t);
     std::memset(block_.c, 0, sizeof block_.c);
     std::memset(mirrored_, 0, sizeof mirrored_);
-    block_.zeros = false;
+    block_.zeros = Zeros::none;
     for (Index p = 0; p < pivots; ++p) {
       if (tested_ && __builtin_fabs(block_.a[p][p]) <= smallest_pivot) {
         block_.pivots = p;
@@ -84,13 +84,15 @@ class SymmetricInversion {
       }
       const double t = (j < p ? -c[j] : c[j]) * r;
       block_.multiplier(p, j) = t;
-      block_.zeros |= t == 0;
+      block_.zeros = t == 0 ? Zeros::some : block_.zeros;
       double* __restrict const aj = block_.a[j];
       if (j > p) {
         aj[p] = t;
       }
-      for (Index i = 0; i <= j && t != 0; ++i) {
-        aj[i] = aj[i] + t * c[i];
+      if (t != 0) {
+        for (Index i = 0; i <= j; ++i) {
+          aj[i] = aj[i] + t * c[i];
+        }
       }
     }
     for (Index j = 0; j < p; ++j) {
@@ -126,7 +128,7 @@ class SymmetricInversion {
     for (Index i = after_; i < n_; i += strip_rows) {
       const Index rows = part(i, n_, strip_rows);
       load_strip(pivots, rows, &at(first_, i), lda_, 1, strips_);
-      solve_strip<Solve::mirrored>(pivots, mirrored_, false, block_.r, strips_, multipliers_);
+      solve_strip<Solve::mirrored>(pivots, mirrored_, Zeros::some, block_.r, strips_, multipliers_);
       store_strip(pivots, rows, strips_, &at(first_, i), lda_, 1);
       store_strip(pivots, rows, multipliers_, &at(i, first_), 1, lda_);
     }
@@ -134,7 +136,7 @@ class SymmetricInversion {
 
   double* strip_of(Index i, Index top) { return strips_ + (i - top) * panel_pivots; }
 
-  bool pack_columns(Index j, Index columns, double* factors) const {
+  Zeros pack_columns(Index j, Index columns, double* factors) const {
     return j < first_ ? pack_factors(block_.pivots, columns, &at(first_, j), 1, lda_, factors)
                       : pack_factors(block_.pivots, columns, &at(j, first_), lda_, 1, factors);
   }
@@ -144,7 +146,7 @@ class SymmetricInversion {
     alignas(64) double factors[panel_pivots * tile_columns];
     for (Index j = begin; j < end; j += tile_columns) {
       const Index columns = part(j, end, tile_columns);
-      const bool zeros = pack_columns(j, columns, factors);
+      const Zeros zeros = pack_columns(j, columns, factors);
       for (Index i = top; i < bottom && i < j + columns; i += strip_rows) {
         const TileShape shape{part(i, bottom, strip_rows), columns, j - i + 1};
         update_tile_of(shape, zeros, block_.pivots, strip_of(i, top), factors, &at(i, j), lda_);
@@ -188,7 +190,7 @@ class SymmetricInversion {
     alignas(64) double factors[panel_pivots * tile_columns];
     for (Index j = after_; j < n_; j += tile_columns) {
       const Index columns = part(j, n_, tile_columns);
-      const bool zeros = pack_columns(j, columns, factors);
+      const Zeros zeros = pack_columns(j, columns, factors);
       finish_row_tile(block_, ones, zeros, factors, columns, &at(first_, j), lda_);
     }
   }

@@ -7,6 +7,8 @@
 // pivot after pivot: factors[p][column].
 #pragma once
 
+#include <hwy/cache_control.h>
+
 #include <cstdint>
 
 #include "dispatch/kernel_unit.h"
@@ -51,6 +53,7 @@ HWY_NOINLINE void update_tile(Index depth, const double* strip, const double* fa
       for (int v = 0; v < tile_vectors; ++v) {
         t[c][v] = hn::LoadU(d, a + c * stride + v * lanes);
       }
+      hwy::Prefetch(a + c * stride + tile_rows + strip_rows - 1);
     }
     for (Index p = 0; p < depth; ++p) {
       Vec l[tile_vectors];
@@ -72,11 +75,29 @@ HWY_NOINLINE void update_tile(Index depth, const double* strip, const double* fa
   }
 }
 
-HWY_INLINE void update_whole_tile(bool zeros, Index depth, const double* strip, const double* factors, double* a,
+// Among the factors of a tile.
+enum class Zeros { none, some, all };
+
+inline Zeros count_zeros(const double* x, Index count) {
+  const Tag d;
+  Vec some = hn::Zero(d);
+  Vec all = hn::VecFromMask(d, hn::FirstN(d, static_cast<std::size_t>(lanes)));
+  for (Index i = 0; i < count; i += lanes) {
+    const Vec zero = hn::VecFromMask(d, hn::Eq(hn::Load(d, x + i), hn::Zero(d)));
+    some = hn::Or(some, zero);
+    all = hn::And(all, zero);
+  }
+  if (hn::AllFalse(d, hn::MaskFromVec(some))) {
+    return Zeros::none;
+  }
+  return hn::AllTrue(d, hn::MaskFromVec(all)) ? Zeros::all : Zeros::some;
+}
+
+HWY_INLINE void update_whole_tile(Zeros zeros, Index depth, const double* strip, const double* factors, double* a,
                                   Index stride) {
-  if (zeros) {
+  if (zeros == Zeros::some) {
     update_tile<Skip::zero_factors>(depth, strip, factors, a, stride);
-  } else {
+  } else if (zeros == Zeros::none) {
     update_tile<Skip::nothing>(depth, strip, factors, a, stride);
   }
 }
@@ -117,9 +138,9 @@ class TileCopy {
   Index stride_;
 };
 
-inline void update_tile_of(const TileShape& shape, bool zeros, Index depth, const double* strip, const double* factors,
+inline void update_tile_of(const TileShape& shape, Zeros zeros, Index depth, const double* strip, const double* factors,
                            double* a, Index stride) {
-  if (shape.whole()) {
+  if (shape.whole() || zeros == Zeros::all) {
     update_whole_tile(zeros, depth, strip, factors, a, stride);
   } else {
     TileCopy copy(shape, a, stride);
@@ -128,23 +149,26 @@ inline void update_tile_of(const TileShape& shape, bool zeros, Index depth, cons
   }
 }
 
-// factors[p][c] = from[p·step_p + c·step_c]; 1 for columns that do not exist. Returns whether one of them is zero.
-inline bool pack_factors(Index depth, Index columns, const double* from, Index step_p, Index step_c, double* factors) {
-  bool zeros = false;
-  for (Index p = 0; p < depth; ++p, from += step_p, factors += tile_columns) {
-    if (columns == tile_columns) {
+// factors[p][c] = from[p·step_p + c·step_c]; 1 for columns that do not exist. Fills up to whole vectors.
+inline Zeros pack_factors(Index depth, Index columns, const double* from, Index step_p, Index step_c, double* factors) {
+  if (columns == tile_columns) {
+    for (Index p = 0; p < depth; ++p) {
       for (Index c = 0; c < tile_columns; ++c) {
-        factors[c] = from[c * step_c];
-        zeros |= factors[c] == 0;
+        factors[p * tile_columns + c] = from[p * step_p + c * step_c];
       }
-    } else {
+    }
+  } else {
+    for (Index p = 0; p < depth; ++p) {
       for (Index c = 0; c < tile_columns; ++c) {
-        factors[c] = c < columns ? from[c * step_c] : 1;
-        zeros |= factors[c] == 0;
+        factors[p * tile_columns + c] = c < columns ? from[p * step_p + c * step_c] : 1;
       }
     }
   }
-  return zeros;
+  const Index count = depth * tile_columns;
+  for (Index i = count; i % lanes != 0; ++i) {
+    factors[i] = 1;
+  }
+  return count_zeros(factors, count);
 }
 
 // strip[p][row] = from[row·step_row + p·step_p]; 1 for rows that do not exist.
