@@ -165,7 +165,7 @@ HWY_INLINE void update_tile(const TileUpdate& task) {
   const double* HWY_RESTRICT t = task.t;
   Columns<columns> b(task.b, task.ldb);
   Columns<columns> fetch(task.b + fetch_distance, task.ldb);
-  const auto add_products = [&] __attribute__((always_inline)) {
+  const auto add_products = [&]() __attribute__((always_inline)) {
     Vector tv[vectors];
 #pragma GCC unroll 4
     for (int v = 0; v < vectors; ++v) {
