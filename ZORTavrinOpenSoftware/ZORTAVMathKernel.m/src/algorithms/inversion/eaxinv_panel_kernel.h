@@ -29,13 +29,15 @@ constexpr Index block_strips = 84;
 constexpr Index block_rows = block_strips * strip_rows;
 constexpr Index strip_size = panel_pivots * strip_rows;
 
-// Where the rows are cut into strips: where all columns lie alike to the cache's lines, on the lines' boundaries, since
-// a line shared by two strips may be lost in between when a tile's columns crowd in few of the cache's sets.
+// Where the rows are cut into strips. When the columns' distance is such that a tile's columns crowd in few of a
+// cache's sets, a line shared by two strips is lost in between: then they are cut on the lines' boundaries.
+constexpr Index crowding_distance = 256;
+
 class StripGrid {
  public:
   StripGrid(const double* a, Index lda) {
     const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(a);
-    if (lda % strip_rows == 0 && address % sizeof *a == 0) {
+    if (lda % crowding_distance == 0 && address % sizeof *a == 0) {
       phase_ = static_cast<Index>(address / sizeof *a % strip_rows);
     }
   }
