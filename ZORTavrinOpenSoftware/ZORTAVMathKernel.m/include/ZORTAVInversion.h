@@ -36,6 +36,7 @@
  * matrix is unchanged.
  * Zeros and NaN: in modes 1 and 2 a zero pivot gives infinities or NaN. A pivot that is not a number passes the test.
  * Bad arguments: nothing is checked.
+ * Stack: at most 352 KiB.
  * Reproducibility: fixed order, no fused operations: the same bits on every instruction-set level and platform.
  * Accuracy: mode 1 is as stable as elimination with partial pivoting; the symmetric modes are for definite matrices.
  * Source: J. H. Wilkinson, C. Reinsch, Handbook for Automatic Computation II, contributions I/2 and I/3; N. J. Higham,

@@ -20,7 +20,8 @@ static_assert(buffered_columns * strip_rows <= block_strips * strip_size);
 
 class GeneralInversion {
  public:
-  GeneralInversion(Index n, Index lda, double* a, std::int32_t* ipiv) : n_(n), lda_(lda), a_(a), ipiv_(ipiv) {}
+  GeneralInversion(Index n, Index lda, double* a, std::int32_t* ipiv)
+      : n_(n), lda_(lda), a_(a), ipiv_(ipiv), grid_(a, lda) {}
 
   void invert() {
     for (Index j = 0; j < n_; ++j) {
@@ -229,11 +230,11 @@ class GeneralInversion {
   void update_rows(Index begin, Index end) {
     const Index pivots = block_.pivots;
     alignas(64) double factors[panel_pivots * tile_columns];
-    for (Index top = begin; top < end; top += block_rows) {
-      const Index bottom = end - top < block_rows ? end : top + block_rows;
-      for (Index i = top; i < bottom; i += strip_rows) {
-        const Index rows = bottom - i < strip_rows ? bottom - i : strip_rows;
-        double* const strip = strips_ + (i - top) * panel_pivots;
+    for (Index top = begin, bottom = 0; top < end; top = bottom) {
+      bottom = grid_.block_end(top, end);
+      for (Index i = top, rows = 0; i < bottom; i += rows) {
+        rows = grid_.rows(i, bottom);
+        double* const strip = strips_ + grid_.strip(i, top) * strip_size;
         double* const own = column(first_) + i;
         load_strip(pivots, rows, own, 1, lda_, strip);
         solve_strip<Solve::scaled>(pivots, block_.t, block_.zeros, block_.r, strip, strip);
@@ -242,10 +243,10 @@ class GeneralInversion {
       }
       for_each_tile([&](Index j, Index columns) {
         const Zeros zeros = pack_factors(pivots, columns, column(j) + first_, 1, lda_, factors);
-        for (Index i = top; i < bottom; i += strip_rows) {
-          const Index rows = bottom - i < strip_rows ? bottom - i : strip_rows;
-          update_tile_of({rows, columns}, zeros, pivots, strips_ + (i - top) * panel_pivots, factors, column(j) + i,
-                         lda_);
+        const double* strip = strips_;
+        for (Index i = top, rows = 0; i < bottom; i += rows, strip += strip_size) {
+          rows = grid_.rows(i, bottom);
+          update_tile_of({rows, columns}, zeros, pivots, strip, factors, column(j) + i, lda_);
         }
       });
     }
@@ -289,6 +290,7 @@ class GeneralInversion {
   Index first_ = 0;  // of the panel's rows and columns
   double* a_;
   std::int32_t* ipiv_;
+  StripGrid grid_;
   PanelBlock block_;
   alignas(64) double strips_[block_strips * strip_size];
 };

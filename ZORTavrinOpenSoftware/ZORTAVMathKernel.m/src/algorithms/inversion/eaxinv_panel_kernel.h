@@ -29,6 +29,30 @@ constexpr Index block_strips = 84;
 constexpr Index block_rows = block_strips * strip_rows;
 constexpr Index strip_size = panel_pivots * strip_rows;
 
+// Where the rows are cut into strips. When the columns' distance is such that a tile's columns crowd in few of a
+// cache's sets, a line shared by two strips is lost in between: then they are cut on the lines' boundaries.
+constexpr Index crowding_distance = 256;
+
+class StripGrid {
+ public:
+  StripGrid(const double* a, Index lda) {
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(a);
+    if (lda % crowding_distance == 0 && address % sizeof *a == 0) {
+      phase_ = static_cast<Index>(address / sizeof *a % strip_rows);
+    }
+  }
+  // rows from i to the next cut or to `end`
+  Index rows(Index i, Index end) const { return smaller(end - i, strip_rows - (i + phase_) % strip_rows); }
+  // the end of a block of at most block_strips strips from `top` on
+  Index block_end(Index top, Index end) const { return smaller(end, top + block_rows - (top + phase_) % strip_rows); }
+  // the number of the strip of row i in a block that begins at `top`
+  Index strip(Index i, Index top) const { return (i + phase_) / strip_rows - (top + phase_) / strip_rows; }
+
+ private:
+  static Index smaller(Index x, Index y) { return x < y ? x : y; }
+  Index phase_ = 0;
+};
+
 // The panel's rows and columns among themselves; i, j and p count from the panel's first pivot.
 struct PanelBlock {
   Index pivots;

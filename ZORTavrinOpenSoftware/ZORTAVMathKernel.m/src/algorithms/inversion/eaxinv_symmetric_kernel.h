@@ -18,7 +18,8 @@ namespace {
 
 class SymmetricInversion {
  public:
-  SymmetricInversion(Index n, Index lda, double* a, bool tested) : n_(n), lda_(lda), a_(a), tested_(tested) {}
+  SymmetricInversion(Index n, Index lda, double* a, bool tested)
+      : n_(n), lda_(lda), a_(a), tested_(tested), grid_(a, lda) {}
 
   // False when a tested pivot was refused; then the steps before it are done.
   bool invert() {
@@ -134,7 +135,7 @@ class SymmetricInversion {
     }
   }
 
-  double* strip_of(Index i, Index top) { return strips_ + (i - top) * panel_pivots; }
+  double* strip_of(Index i, Index top) { return strips_ + grid_.strip(i, top) * strip_size; }
 
   Zeros pack_columns(Index j, Index columns, double* factors) const {
     return j < first_ ? pack_factors(block_.pivots, columns, &at(first_, j), 1, lda_, factors)
@@ -147,8 +148,9 @@ class SymmetricInversion {
     for (Index j = begin; j < end; j += tile_columns) {
       const Index columns = part(j, end, tile_columns);
       const Zeros zeros = pack_columns(j, columns, factors);
-      for (Index i = top; i < bottom && i < j + columns; i += strip_rows) {
-        const TileShape shape{part(i, bottom, strip_rows), columns, j - i + 1};
+      for (Index i = top, rows = 0; i < bottom && i < j + columns; i += rows) {
+        rows = grid_.rows(i, bottom);
+        const TileShape shape{rows, columns, j - i + 1};
         update_tile_of(shape, zeros, block_.pivots, strip_of(i, top), factors, &at(i, j), lda_);
       }
     }
@@ -156,10 +158,10 @@ class SymmetricInversion {
 
   void update_above() {
     const Index pivots = block_.pivots;
-    for (Index top = 0; top < first_; top += block_rows) {
-      const Index bottom = top + part(top, first_, block_rows);
-      for (Index i = top; i < bottom; i += strip_rows) {
-        const Index rows = part(i, bottom, strip_rows);
+    for (Index top = 0, bottom = 0; top < first_; top = bottom) {
+      bottom = grid_.block_end(top, first_);
+      for (Index i = top, rows = 0; i < bottom; i += rows) {
+        rows = grid_.rows(i, bottom);
         double* const strip = strip_of(i, top);
         load_strip(pivots, rows, &at(i, first_), 1, lda_, strip);
         turn_into_multipliers(strip, multipliers_);
@@ -172,10 +174,11 @@ class SymmetricInversion {
   }
 
   void update_below() {
-    for (Index top = after_; top < n_; top += block_rows) {
-      const Index bottom = top + part(top, n_, block_rows);
-      for (Index i = top; i < bottom; i += strip_rows) {
-        load_strip(block_.pivots, part(i, bottom, strip_rows), &at(first_, i), lda_, 1, strip_of(i, top));
+    for (Index top = after_, bottom = 0; top < n_; top = bottom) {
+      bottom = grid_.block_end(top, n_);
+      for (Index i = top, rows = 0; i < bottom; i += rows) {
+        rows = grid_.rows(i, bottom);
+        load_strip(block_.pivots, rows, &at(first_, i), lda_, 1, strip_of(i, top));
       }
       update_columns(top, bottom, top, n_);
     }
@@ -223,6 +226,7 @@ class SymmetricInversion {
   Index after_ = 0;
   double* a_;
   bool tested_;
+  StripGrid grid_;
   PanelBlock block_;
   // c(i,p), i > p, of the panel's own rows as factors
   alignas(64) double mirrored_[panel_groups][panel_pivots][tile_columns];
