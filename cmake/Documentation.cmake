@@ -7,7 +7,7 @@ if(ZORTAV_DOXYGEN)
   configure_file(${PROJECT_SOURCE_DIR}/docs/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)
   add_custom_target(documentation COMMAND ${ZORTAV_DOXYGEN} ${PROJECT_BINARY_DIR}/Doxyfile
                     COMMENT "Reference in ${PROJECT_BINARY_DIR}/documentation/html/index.html" VERBATIM)
-  if(ZORTAV_BUILD_TESTS)
+  if(ZORTAV_BUILD_TESTS AND NOT ZORTAV_SANITIZE AND NOT CMAKE_CROSSCOMPILING)
     add_test(NAME house.documentation COMMAND ${ZORTAV_DOXYGEN} ${PROJECT_BINARY_DIR}/Doxyfile)
   endif()
 endif()

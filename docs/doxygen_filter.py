@@ -38,10 +38,17 @@ def parameter(line):
     return f"@param{WAYS.get(way, '[in,out]')} {names} {remark}{text}"
 
 
+def sentences(line):
+    """A line, divided where a label begins in its middle."""
+    if line.startswith("  "):
+        return [line]
+    return re.sub(rf"(?<=\.) +(?=(?:{LABELS}): )", "\n", line).split("\n")
+
+
 def comment(lines):
     """The lines of one comment, without its marks."""
     result, verbatim, in_command, after_blank = [], False, False, True
-    for line in lines:
+    for line in (part for line in lines for part in sentences(line)):
         indented = re.match(r"  +\S", line) is not None
         if not verbatim and indented and not in_command:
             result.append("@verbatim")
