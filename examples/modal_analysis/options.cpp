@@ -52,7 +52,8 @@ Options parse_options(int argc, const char* const* argv) {
   CLI::App app(
       "The lowest modes of free vibration, K x = lambda M x, of a built-in model (the cantilevered\n"
       "tapered membrane NAFEMS FV32), of a steel membrane 5 cm thick whose mesh comes from a Gmsh file,\n"
-      "or of matrices from Matrix Market files.\n",
+      "or of matrices from Matrix Market files; or their stiffness condensed to few unknowns.\n"
+      "Where the environment variable ADL_ODT_OUT names a folder, the run writes its listing there.\n",
       "modal_analysis");
   auto* mesh_option = app.add_option("--mesh", mesh, "elements of the built-in model along x across its axis [16x8]")
                           ->type_name("NXxNY");
@@ -74,9 +75,17 @@ Options parse_options(int argc, const char* const* argv) {
       app.add_option("--mass", options.mass, "mass matrix M [identity]")->type_name("M.mtx")->needs(stiffness_option);
   auto* modes_option =
       app.add_option("--modes", modes, "number of modes [" + std::to_string(usual_modes) + "]")->type_name("P");
+  auto* condense_option =
+      app.add_option("--condense", options.condense,
+                     "instead of modes: K condensed statically to the unknowns of this file, one a line.\n"
+                     "Of a mesh 'NODE x' or 'NODE y': NODE as in the Gmsh file; in the built-in model from 1,\n"
+                     "column after column from the clamped edge, each upward. Of matrices the unknown, from 1")
+          ->type_name("FILE")
+          ->excludes(modes_option)
+          ->excludes(mass_option);
   auto* out_option = app.add_option("--out", options.out,
-                                    "folder for the modes as files [" + options.out + "]: modes.vtk (ParaView)\n" +
-                                        "and modes.svg of a mesh, modes.mtx of matrices")
+                                    "folder for the results as files [" + options.out + "]: modes.vtk (ParaView)\n" +
+                                        "and modes.svg of a mesh, modes.mtx of matrices; condensed.mtx")
                          ->type_name("DIR");
   auto* threads_option =
       app.add_option("--threads", threads, "number of threads [OMP_NUM_THREADS, else all cores]")->type_name("T");
@@ -89,7 +98,7 @@ Options parse_options(int argc, const char* const* argv) {
   } catch (const CLI::ParseError& error) {
     throw InputError(error.what());
   }
-  for (const CLI::Option* option : {mesh_file_option, stiffness_option, mass_option, out_option}) {
+  for (const CLI::Option* option : {mesh_file_option, stiffness_option, mass_option, condense_option, out_option}) {
     if (option->count() > 0 && option->as<std::string>().empty()) {
       throw InputError(option->get_name() + ": the name is empty");
     }

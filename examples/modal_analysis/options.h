@@ -16,6 +16,7 @@ struct Options {
   std::string mesh_file;  // path; empty for the built-in model
   std::string stiffness;  // path; empty for the built-in model
   std::string mass;       // path; empty for the identity
+  std::string condense;   // path of the retained unknowns; empty for a modal analysis
   std::optional<int> modes;
   std::string out = "modes-out";  // folder
   std::optional<int> threads;

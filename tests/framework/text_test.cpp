@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -90,6 +91,33 @@ TEST(Uuid, EachIsNewAndHasItsTextForm) {
 TEST(Time, ATextThatIsTooLongIsEmpty) {
   EXPECT_STREQ(ZORTime().ConvertToString("%%j").GetText(), "%j");
   EXPECT_TRUE(ZORTime().ConvertToString(std::string(256, 'x').c_str()).IsEmpty());
+}
+
+TEST(Sequence, IsCopiedByValueOrTheProcessStops) {
+  struct Scarce {
+    Scarce() = default;
+    Scarce(const Scarce& other) : copies_left(other.copies_left - 1) {
+      if (copies_left < 0) {
+        throw std::bad_alloc();
+      }
+    }
+    int copies_left = 1;
+  };
+  ZORSequence<Scarce> one;
+  one.Append({});
+  EXPECT_EXIT(ZORSequence<Scarce>{one}, testing::ExitedWithCode(1), "no memory for a value");
+  ZORSequence<Scarce> other;
+  EXPECT_EXIT(other = one, testing::ExitedWithCode(1), "no memory for a value");
+  other = std::move(one);
+  EXPECT_EQ(other.Size(), 1);
+
+  ZORRawCollint numbers;
+  numbers.Append(3);
+  ZORRawCollint copy = numbers;
+  copy.Append(4);
+  numbers = copy;
+  copy.RemoveAll();
+  EXPECT_TRUE(numbers.Size() == 2 && numbers[2] == 4 && copy.Size() == 0);
 }
 
 }  // namespace

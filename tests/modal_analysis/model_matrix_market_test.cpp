@@ -51,15 +51,15 @@ TEST_F(MatrixMarket, EveryFormOfOneMatrixReadsTheSame) {
   for (const std::string& form : forms) {
     const SymmetricMatrix k = modal::read_symmetric_matrix(write("K.mtx", form), 3);
     EXPECT_EQ(k.order, 3) << form;
-    EXPECT_EQ(k.row_end, (std::vector<std::int32_t>{0, 1, 2, 5})) << form;
-    EXPECT_EQ(k.column, (std::vector<std::int32_t>{1, 2, 1, 2, 3})) << form;
-    EXPECT_EQ(k.value, (std::vector<double>{4, 5, 1, -0.25, 6})) << form;
+    EXPECT_EQ(k.row_end, (modal::Array<std::int32_t>{0, 1, 2, 5})) << form;
+    EXPECT_EQ(k.column, (modal::Array<std::int32_t>{1, 2, 1, 2, 3})) << form;
+    EXPECT_EQ(k.value, (modal::Array<double>{4, 5, 1, -0.25, 6})) << form;
   }
 }
 
 TEST_F(MatrixMarket, IntegersMissingDiagonalsAndRoundedHalves) {
   const std::string integers = "%%MatrixMarket matrix coordinate integer symmetric\n2 2 2\n1 1 -7\n2 1 3\n";
-  EXPECT_EQ(modal::read_symmetric_matrix(write("K.mtx", integers), 2).value, (std::vector<double>{-7, 3, 0}))
+  EXPECT_EQ(modal::read_symmetric_matrix(write("K.mtx", integers), 2).value, (modal::Array<double>{-7, 3, 0}))
       << "a diagonal that is not given is stored as 0";
   // The halves may differ by rounding, measured against the diagonal where they are small themselves.
   EXPECT_EQ(refusal(general + "2 2 4\n1 1 1\n2 2 1\n1 2 1e-20\n2 1 -1e-17\n"), "");
@@ -122,7 +122,7 @@ TEST_F(MatrixMarket, AMassMatrixHasMassAndNoNegativeDiagonal) {
   };
   EXPECT_THROW(with_mass("-1"), modal::InputError);
   EXPECT_THROW(with_mass("0"), modal::InputError);
-  EXPECT_EQ(with_mass("3"), (std::vector<double>{0, 3}));
+  EXPECT_EQ(with_mass("3"), (modal::Array<double>{0, 3}));
 }
 
 }  // namespace

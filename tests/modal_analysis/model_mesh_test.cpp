@@ -113,7 +113,7 @@ TEST_F(GmshMesh, ReadsWhatGmshWrites) {
       "$Elements\r\n2 2 1 2\r\n0 1 15 1\r\n1 4\r\n2 1 16 1\r\n2 1 2 3 4 5 6 7 5000000000\r\n$EndElements\r\n";
   const Mesh one = modal::read_gmsh_mesh(write("b.msh", other));
   EXPECT_EQ(one.node.size(), 8U);
-  EXPECT_EQ(one.element, (std::vector<std::array<std::int32_t, 8>>{{0, 3, 2, 1, 7, 6, 5, 4}}));
+  EXPECT_EQ(one.element, (modal::Array<std::array<std::int32_t, 8>>{{0, 3, 2, 1, 7, 6, 5, 4}}));
   EXPECT_EQ(one.equation[3], (std::array<std::int32_t, 2>{-1, -1}));
   EXPECT_EQ(one.equation[7], (std::array<std::int32_t, 2>{12, 13}));
 }

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The whole program, run as a child.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <iterator>
 #include <regex>
 #include <sstream>
@@ -11,47 +9,16 @@
 #include <vector>
 
 #include "modal_analysis/gmsh_text.h"
-#include "modal_analysis/temporary_folder.h"
+#include "modal_analysis/program_run.h"
 #include "structure/tapered_membrane.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using modaltest::Outcome;
+using modaltest::Program;
+using modaltest::symmetric;
 using Texts = std::vector<std::string>;
-
-struct Outcome {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
-
-class Program : public modaltest::TemporaryFolder {
- protected:
-  Outcome run(const std::string& arguments, const std::string& environment = "") const {
-    const std::string command = "cd '" + folder_.string() + "' && " + environment + " '" MODAL_PROGRAM "' " +
-                                arguments + " >stdout.txt 2>stderr.txt </dev/null";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("stdout.txt"), read("stderr.txt")};
-  }
-  // What a run prints that found its modes and missed none.
-  std::string good_run(const std::string& arguments, const std::string& environment = "") const {
-    const Outcome outcome = run(arguments, environment);
-    EXPECT_EQ(outcome.status, 0) << arguments;
-    EXPECT_EQ(outcome.err, "") << arguments;
-    EXPECT_NE(outcome.out.find("no mode was missed"), std::string::npos) << outcome.out;
-    return outcome.out;
-  }
-  // Status 1, nothing but one line on standard error, which matches; no results and no folder of them.
-  void expect_refused(const std::string& arguments, const std::string& pattern) const {
-    const Outcome outcome = run(arguments + " --out refused");
-    EXPECT_EQ(outcome.status, 1) << arguments;
-    EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << arguments << " said: " << outcome.err;
-    EXPECT_TRUE(std::regex_search(outcome.err, std::regex("^modal_analysis: .*" + pattern)))
-        << arguments << " said: " << outcome.err;
-    EXPECT_EQ(outcome.out.find("  mode"), std::string::npos) << arguments << " printed results";
-    EXPECT_FALSE(fs::exists(path("refused"))) << arguments << " left a folder";
-  }
-};
 
 // The column of frequencies of the table of modes: the second of the built-in model, the third of matrices.
 Texts frequencies(const std::string& out, int column) {
@@ -88,8 +55,6 @@ std::string matrix_market(const modal::SymmetricMatrix& matrix) {
   }
   return text.str();
 }
-
-const std::string symmetric = "%%MatrixMarket matrix coordinate real symmetric\n";
 
 // The reference figures are those of an independent finite-element program with the same meshes and element.
 TEST_F(Program, FindsTheFrequenciesOfTheBenchmark) {

@@ -27,7 +27,7 @@ struct Example {
   Example(int nx, int ny) : structure(modal::tapered_membrane(nx, ny)) {
     structure.title = "R&D <test>\n2 modes";
     result.eigenvalue = {400.0, 900.0};
-    result.mode.resize(2 * static_cast<std::size_t>(structure.stiffness.order));
+    result.mode.assign(2 * static_cast<std::size_t>(structure.stiffness.order), 0.0);
     for (std::size_t i = 0; i < structure.mesh.node.size(); ++i) {
       if (structure.mesh.equation[i][1] >= 0) {
         result.mode[static_cast<std::size_t>(structure.mesh.equation[i][1])] = 0.002 * structure.mesh.node[i][0];

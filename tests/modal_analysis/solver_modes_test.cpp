@@ -185,14 +185,14 @@ TEST(SolverModes, MissedModesAreNoticedAndFound) {
   }
   modal::SubspaceIteration iteration(k, m, factor, block);
   iteration.start_from(start);
-  iteration.run(4, [](double /*share*/) {});
+  iteration.run(4, [](const modal::IterationState& /*state*/) {});
   EXPECT_NEAR(iteration.ritz_values()[0], 2.0, 1e-9);
   EXPECT_NEAR(iteration.ritz_values()[1], 4.0, 1e-9);
 
   iteration.start_from(start);
   const auto phase = [](const std::function<void()>& work) { work(); };
   const modal::CheckedCount checked =
-      modal::iterate_and_check(iteration, k, m, tree, 4, {phase, phase, [](double /*share*/) {}});
+      modal::iterate_and_check(iteration, k, m, tree, 4, {phase, phase, [](const modal::IterationState& /*state*/) {}});
   EXPECT_GT(iteration.block(), block);
   EXPECT_EQ(checked.found, 4);
   EXPECT_EQ(checked.count.below, 4);

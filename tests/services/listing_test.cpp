@@ -177,7 +177,15 @@ TEST_F(Listing, WithoutALogItIsStandardOutput) {
   ZORTAVTraceState("TAVPrint", 0);
   EXPECT_EQ(captured(stdout, print_all), "");
   ZORTAVTraceState("TAVPrint", 1);
-  EXPECT_EQ(captured(stdout, [] { ehprint("on"); }), "on\n");
+  // At level 2, whatever level the channel had before.
+  ZORTraControle control("TAVPrint");
+  const int32_t no_limit = control.TraGetLevel();
+  Tra_TAVPrint.SetLevel(7);
+  control.TraPutLevel(2);
+  EXPECT_EQ(captured(stdout, print_all), all_printed);
+  control.TraPutLevel(1);
+  EXPECT_EQ(captured(stdout, print_all), "");
+  control.TraPutLevel(no_limit);
 }
 
 TEST_F(Listing, WithALogNothingReachesStandardOutput) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "spatial_search/octree_oracle.h"
 
@@ -109,6 +110,19 @@ TEST(NeighborTree, BuildsAndSearchesByTheRules) {
         ASSERT_NO_FATAL_FAILURE(expect_promised(cloud, flags, q.at, answer.square));
       }
     }
+  }
+}
+
+// Half of a node's rounded size is not the rounded size of its child there, and the nearest would be missed.
+TEST(NeighborTree, RoundsTheSizesOfEveryLevelWhereTheyAreSubnormal) {
+  constexpr double unit = std::numeric_limits<double>::denorm_min();
+  const Cloud cloud{{0, 0, 0}, {1, 11 * unit, 0}, {0.125, 2 * unit, 0}};
+  Tree tree;
+  ASSERT_EQ(tree.Build(cloud.data(), 3, 1, nullptr, 1e-3, 40), 0);
+  for (const Point& at : {Point{0.46875, 3 * unit, 0}, Point{0.375, unit, 0}}) {
+    const Answer answer = ask(tree, {.at = at, .target = 1, .error = 0, .most_probes = 3, .self = true});
+    EXPECT_EQ(answer.index[0], 2U);
+    EXPECT_EQ(tree.GetProbe(), 3U);
   }
 }
 

@@ -20,6 +20,20 @@
 template <class T>
 class ZORSequence {
  public:
+  ZORSequence() noexcept = default;
+  ZORSequence(const ZORSequence& other) noexcept {
+    for (const T& value : other.values_) {
+      Append(value);
+    }
+  }
+  ZORSequence(ZORSequence&& other) noexcept = default;
+  ZORSequence& operator=(const ZORSequence& other) noexcept {
+    values_ = ZORSequence(other).values_;
+    return *this;
+  }
+  ZORSequence& operator=(ZORSequence&& other) noexcept = default;
+  ~ZORSequence() = default;
+
   /** Adds a value at the end. */
   void Append(const T& value) noexcept {
     try {

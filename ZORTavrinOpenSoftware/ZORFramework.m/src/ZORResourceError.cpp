@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "catalog/find_message.h"
 #include "catalog/substitute_parameters.h"
@@ -31,7 +32,7 @@ void set(ZORListValZORUnicodeString& list, int32_t count, const ZORUnicodeString
   for (int32_t i = 0; parameters != nullptr && i < std::min(count, most_parameters); ++i) {
     fresh.Append(parameters[i]);
   }
-  list = fresh;
+  list = std::move(fresh);
 }
 
 }  // namespace

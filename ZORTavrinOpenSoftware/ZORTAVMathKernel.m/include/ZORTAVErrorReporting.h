@@ -2,8 +2,9 @@
 /* Error reports for the numerical routines, in C, C++ and Fortran, and the hook that is told of every error.
  *
  * What follows holds for all of them. Reports are written into the solver's listing. Nothing stops the process, nothing
- * is thrown; the caller returns a status of its own. The hook is kept in a plain process-wide variable and the listing
- * is written to by redirecting the standard output: errors are raised and hooks set from one thread. */
+ * is thrown; the caller returns a status of its own. Threads: the hook is kept in a plain process-wide variable and the
+ * listing is written to by redirecting the standard output; errors are raised and hooks set from one thread.
+ * Reproducible: the same calls write the same bytes. */
 #ifndef ZORTAV_ERROR_REPORTING_H
 #define ZORTAV_ERROR_REPORTING_H
 
@@ -21,15 +22,23 @@ typedef struct ZORTavError ZORTavError;
  *
  * @param error [in] the error, its report already written. It ends after the return unless the function has taken a
  *              reference (AddRef), which it then gives up itself (Release).
+ *
+ * The function must return: no exception may leave it.
  */
 typedef void (*ZORTavErrorLog)(ZORTavError* error);
 
-/** Stores the present hook, null when there is none, into *hook. */
+/**
+ * The present hook.
+ *
+ * @param hook [out] the function; null when there is none.
+ */
 ZORTAV_ENTRY void GetErrorLog(ZORTavErrorLog* hook);
 
 /**
- * Makes the function the hook: it is called with every internal error, error and warning after its report, and with no
- * information. Null, as at load, switches the hook off.
+ * Makes a function the hook: it is called with every internal error, error and warning after its report, and with no
+ * information.
+ *
+ * @param hook [in] the function, by value; null, as at load, switches the hook off.
  */
 ZORTAV_ENTRY void SetErrorLog(ZORTavErrorLog hook);
 
@@ -39,7 +48,7 @@ ZORTAV_ENTRY void SetErrorLog(ZORTavErrorLog hook);
  * @param parameter   [in] an integer that tells the circumstances.
  * @param text        [in] 80 characters, filled up with blanks (Fortran), or a zero-terminated text of which the first
  *                    80 characters count (C). UTF-8.
- * @param flag        [out] 1.
+ * @param flag        [out] 1; it may be the variable of the parameter.
  * @param text_length [in] hidden length; not read.
  * @return 1.
  */

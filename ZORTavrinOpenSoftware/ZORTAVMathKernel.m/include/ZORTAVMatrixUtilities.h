@@ -83,7 +83,7 @@ ZORTAV_ENTRY void eacort(const int32_t* reserved, const int32_t* n, const double
  * The next pseudo-random number r in [-1, 1): seed := 65539·seed in 32-bit arithmetic that wraps around, r = seed/2^31.
  *
  * @param seed [in/out] state of the generator. A product that is 0, which only the seed 0 gives, becomes -2147483648;
- *             that seed stays what it is and gives r = -1 for ever. Odd seeds have the longest period, 2^29.
+ *             that seed stays what it is and gives r = -1 for ever. Odd seeds have the longest period, 2^30.
  * @param r    [out] the number, of either sign.
  *
  * Good for starting vectors, not for statistics: triples of successive numbers lie on few planes.

@@ -7,8 +7,7 @@
  *   Matrix           A is m x n, stored column by column: element (i, j) at (i-1) + (j-1)*lda. The rows m+1..lda are
  *                    never touched.
  *   Vectors          the one that A's columns meet (x of A*x, y of A'*x) has n elements, the other one m; element i
- *                    lies at 1 + (i-1)*inc, or, for a negative increment where one is allowed, at
- *                    1 + (1-len)*inc + (i-1)*inc.
+ * lies at 1 + (i-1)*inc, or, for a negative increment where one is allowed, at 1 + (1-len)*inc + (i-1)*inc.
  *                    "Contiguous": both increments are 1.
  *   Elements         all elements of A, x and y are read, those of y written. m = 0, n = 0, or alpha = 0 with beta = 1
  *                    touches nothing.
@@ -39,7 +38,7 @@
  * y := alpha*op(A)*x + beta*y, with op(A) = A or A'.
  *
  * @param trans [in]     one character: "N" op(A) = A; "T" or "C" op(A) = A'. Lower-case letters are refused, on
- *                       purpose.
+ * purpose.
  * @param m     [in]     rows of A, >= 0.
  * @param n     [in]     columns of A, >= 0.
  * @param alpha [in]     scalar.
@@ -51,19 +50,20 @@
  * @param y     [in,out] vector of m elements for "N", else n.
  * @param incy  [in]     increment of y, not 0.
  *
- * Zero and NaN:    alpha = 0 reads neither A nor x: beta = 0 then clears y with e_dzero, NaNs included, and any other
- *                  beta but 1 scales it with e_dscal. Otherwise beta = 0 does not clear y (see NaN above), except on
- *                  the way through dgemvf.
- * Bad argument:    any of them ends the process with "DGEMV Fatal Error" on standard error; y is untouched. This comes
- *                  before every quick return.
- * Reproducibility: with m8 = m - m mod 8 and blocks of 64 columns, the last one shorter:
+ * Zero and NaN: alpha = 0 reads neither A nor x: beta = 0 then clears y with e_dzero, NaNs included, and any other beta
+ * but 1 scales it with e_dscal. Otherwise beta = 0 does not clear y (see NaN above), except on the way through dgemvf.
  *
- *   an increment < 0        dgemvf on the whole product
- *   "N"                     rows 1..m8: dgemv32_n on each block in turn, beta for the first and 1 for the others;
- *                           the last rows: dgemv_n on all columns
- *   "T" or "C", m < 8       dgemv_t on the whole product
- *   "T" or "C", otherwise   for each block: dgemv32_t on rows 1..m8, or dgemv_t where the vectors are not contiguous
- *                           and the block's width is no multiple of 4; then dgemv_t with beta = 1 on the last rows
+ * Bad argument: any of them ends the process with "DGEMV Fatal Error" on standard error; y is untouched. This comes
+ * before every quick return.
+ *
+ * Reproducibility: the orders of the routines that get the pieces, with m8 = m - m mod 8 and blocks of 64 columns, the
+ * last one shorter.
+ * - An increment < 0: dgemvf on the whole product.
+ * - "N": rows 1..m8 by dgemv32_n on each block in turn, beta for the first and 1 for the others; the last rows by
+ *   dgemv_n on all columns.
+ * - "T" or "C", m < 8: dgemv_t on the whole product.
+ * - "T" or "C", otherwise: for each block dgemv32_t on rows 1..m8, or dgemv_t where the vectors are not contiguous and
+ *   the block's width is no multiple of 4; then dgemv_t with beta = 1 on the last rows.
  */
 ZORTAV_ENTRY void eagemv(const char* trans, const int32_t* m, const int32_t* n, const double* alpha, const double* a,
                          const int32_t* lda, const double* x, const int32_t* incx, const double* beta, double* y,
@@ -129,13 +129,15 @@ ZORTAV_ENTRY void dgemv_t(const int32_t* m, const int32_t* n, const double* alph
  * @param n     [in]     columns of A, a multiple of 4 unless the vectors are contiguous; eagemv gives at most 64.
  * @param alpha, a, lda, x, incx, beta, y, incy as for dgemv_t.
  *
- * Bad argument:    nothing is checked.
+ * Bad argument: nothing is checked.
+ *
  * Reproducibility: not contiguous: dgemv_t, with the same bits. Contiguous: the rows i..i+3 of a column make a group,
- *                    g = ((a(i)*x(i) + a(i+1)*x(i+1)) + a(i+2)*x(i+2)) + a(i+3)*x(i+3).
- *                  With less than eight groups the products alpha*g are added to beta*y(j) one at a time. Otherwise
- *                  four running sums s1..s4 start at beta*y(j), 0, 0, 0 and take alpha*g of the groups in turn, as long
- *                  as there are eight more; then s := (s1 + s3) + (s2 + s4), and the groups left over are added to s
- *                  one at a time. The alignment of x takes no part.
+ *
+ *   g = ((a(i)*x(i) + a(i+1)*x(i+1)) + a(i+2)*x(i+2)) + a(i+3)*x(i+3).
+ *
+ * With less than eight groups the products alpha*g are added to beta*y(j) one at a time. Otherwise four running sums
+ * s1..s4 start at beta*y(j), 0, 0, 0 and take alpha*g of the groups in turn, as long as there are eight more; then
+ * s := (s1 + s3) + (s2 + s4), and the groups left over are added to s one at a time. The alignment of x takes no part.
  */
 ZORTAV_ENTRY void dgemv32_t(const int32_t* m, const int32_t* n, const double* alpha, const double* a,
                             const int32_t* lda, const double* x, const int32_t* incx, const double* beta, double* y,
@@ -146,15 +148,17 @@ ZORTAV_ENTRY void dgemv32_t(const int32_t* m, const int32_t* n, const double* al
  *
  * @param trans, m, n, alpha, a, lda, x, incx, beta, y, incy as for eagemv; trans_length likewise.
  *
- * Zero and NaN:    beta = 0 clears y, NaNs included. Of A*x the columns with x(j) = 0 are left out: a NaN or infinity
- *                  in such a column does not reach y. alpha = 0 reads neither A nor x.
- * Bad argument:    the first in the order of the list writes the record " DGEMV Error :" and its number, right-justified
- *                  after a blank in eleven columns, to standard output and returns; y is untouched. The numbers:
- *                  1 trans, 2 m, 3 n, 6 lda, 8 incx, 11 incy. This comes before every quick return.
- * Reproducibility: y is first cleared (e_dzero) or scaled (e_dscal), unless beta = 1. "N": the terms
- *                  (alpha*x(j))*a(i,j) are added to y(i) one at a time, j = 1..n. "T" or "C": alpha*d is added to y(j),
- *                  with d the paired sum of 0 and the terms a(i,j)*x(i), i = 1..m; contiguous is x when incx = 1,
- *                  whatever incy is; m < 8 makes no pairs.
+ * Zero and NaN: beta = 0 clears y, NaNs included. Of A*x the columns with x(j) = 0 are left out: a NaN or infinity in
+ * such a column does not reach y. alpha = 0 reads neither A nor x.
+ *
+ * Bad argument: the first in the order of the list writes the record " DGEMV Error :" and its number, right-justified
+ * after a blank in eleven columns, to standard output and returns; y is untouched. The numbers: 1 trans, 2 m, 3 n,
+ * 6 lda, 8 incx, 11 incy. This comes before every quick return.
+ *
+ * Reproducibility: y is first cleared (e_dzero) or scaled (e_dscal), unless beta = 1.
+ * - "N": the terms (alpha*x(j))*a(i,j) are added to y(i) one at a time, j = 1..n.
+ * - "T" or "C": alpha*d is added to y(j), with d the paired sum of 0 and the terms a(i,j)*x(i), i = 1..m; contiguous is
+ *   x when incx = 1, whatever incy is; m < 8 makes no pairs.
  */
 ZORTAV_ENTRY void dgemvf(const char* trans, const int32_t* m, const int32_t* n, const double* alpha, const double* a,
                          const int32_t* lda, const double* x, const int32_t* incx, const double* beta, double* y,

@@ -152,12 +152,19 @@ class ZOR_EXPORT ZORTavMemoryManager {
   void ResetModeWarning();
 
  protected:
-  char** BlockTable;        /**< blocks as they were obtained, group by group; null when released */
-  long long* LengthTable;   /**< their lengths in words */
-  int* GroupEndTable;       /**< last block of each group; group 0 ends at -1 */
-  int TableCapacity;        /**< entries that the tables are meant to have */
-  int GroupCount;           /**< the last group */
-  int PeakGroupCount;       /**< the largest GroupCount so far */
+  char** BlockTable;      /**< blocks as they were obtained, group by group; null when released */
+  long long* LengthTable; /**< their lengths in words */
+  int* GroupEndTable;     /**< last block of each group; group 0 ends at -1 */
+  int TableCapacity;      /**< entries that the tables are meant to have */
+  int GroupCount;         /**< the last group */
+  int PeakGroupCount;     /**< the largest GroupCount so far */
+
+ private:
+  // Entries that all three tables have. Behind TableCapacity only after they could not grow. It fills a gap between the
+  // fields, whose places are part of the binary interface.
+  int table_room_;
+
+ protected:
   long long GrowthStep;     /**< entries that the tables grow by */
   long long MemoryUsed;     /**< words in use */
   long long PeakMemoryUsed; /**< the largest MemoryUsed so far */
@@ -185,8 +192,6 @@ class ZOR_EXPORT ZORTavMemoryManager {
   void ReleaseAlone(long long group);
   void ReleaseBlocks(int first, int last);
 
-  // Entries that all three tables have. Behind TableCapacity only after they could not grow.
-  int table_room_;
   // Stands for a pointer that is not given; never written.
   static char* NoArray;
 };

@@ -10,8 +10,9 @@
 namespace modal {
 namespace {
 
-std::vector<std::int32_t> inverse(const std::vector<std::int32_t>& order) {
-  std::vector<std::int32_t> position(order.size());
+template <class List>
+List inverse(const List& order) {
+  List position(order.size());
   for (std::size_t k = 0; k < order.size(); ++k) {
     position[at(order[k])] = static_cast<std::int32_t>(k);
   }
@@ -152,14 +153,15 @@ class Builder {
 
 }  // namespace
 
-AssemblyTree assembly_tree(const CompressedGraph& compressed, const std::vector<std::int32_t>& elimination_order) {
+AssemblyTree assembly_tree(const CompressedGraph& compressed, const std::vector<std::int32_t>& elimination_order,
+                           std::int32_t kept) {
   const EliminationTree tree = elimination_tree(compressed.graph, elimination_order, inverse(elimination_order));
   std::vector<std::int32_t> weight;
   weight.reserve(elimination_order.size());
   for (const std::int32_t v : elimination_order) {
     weight.push_back(compressed.graph.vertex_weight[at(v)]);
   }
-  const MergedFronts fronts = merge_fronts(tree, weight);
+  const MergedFronts fronts = merge_fronts(tree, weight, kept);
   return Builder(compressed, elimination_order, fronts).build();
 }
 

@@ -15,6 +15,7 @@
 
 #include "factorization/compressed_graph.h"
 #include "factorization/index.h"
+#include "services/array_memory.h"
 
 namespace modal {
 
@@ -35,10 +36,10 @@ struct Front {
 };
 
 struct AssemblyTree {
-  std::vector<std::int32_t> unknown;   // in elimination order, from 0
-  std::vector<std::int32_t> position;  // of every unknown in that order, from 0
-  std::vector<Front> front;            // in postorder: the children of a front are the latest updates not yet used
-  std::vector<std::int32_t> row;       // rows below the pivots, front by front: positions from 1, ascending
+  Array<std::int32_t> unknown;   // in elimination order, from 0
+  Array<std::int32_t> position;  // of every unknown in that order, from 0
+  std::vector<Front> front;      // in postorder: the children of a front are the latest updates not yet used
+  Array<std::int32_t> row;       // rows below the pivots, front by front: positions from 1, ascending
 
   std::int64_t factor_entries = 0;
   std::int64_t stack_entries = 0;  // most update entries that wait at any time
@@ -51,7 +52,9 @@ struct AssemblyTree {
 };
 
 // elimination_order: the vertices of the graph, as nested_dissection gives them. The tree's own order is another
-// postorder of the same elimination tree, with the same fill.
-AssemblyTree assembly_tree(const CompressedGraph& compressed, const std::vector<std::int32_t>& elimination_order);
+// postorder of the same elimination tree, with the same fill. kept: the last so many vertices, which are all neighbours
+// of each other, make the last front and stay last.
+AssemblyTree assembly_tree(const CompressedGraph& compressed, const std::vector<std::int32_t>& elimination_order,
+                           std::int32_t kept = 0);
 
 }  // namespace modal

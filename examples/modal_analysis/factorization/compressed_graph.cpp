@@ -44,7 +44,7 @@ Graph full_pattern(const SymmetricMatrix& matrix) {
 
 }  // namespace
 
-CompressedGraph compress(const SymmetricMatrix& matrix) {
+CompressedGraph compress(const SymmetricMatrix& matrix, std::span<const std::uint8_t> kind) {
   const std::int32_t n = matrix.order;
   const Graph full = full_pattern(matrix);
   std::vector<std::uint64_t> key(at(n));
@@ -68,6 +68,9 @@ CompressedGraph compress(const SymmetricMatrix& matrix) {
     vertex_of[at(i)] = vertex;
     for (const std::int32_t j : full.neighbours(i)) {
       if (vertex_of[at(j)] >= 0 || key[at(j)] != key[at(i)] || full.neighbours(j).size() != full.neighbours(i).size()) {
+        continue;
+      }
+      if (!kind.empty() && kind[at(i)] != kind[at(j)]) {
         continue;
       }
       if (mark[at(i)] != i) {

@@ -28,7 +28,8 @@ struct CompressedGraph {
   }
 };
 
-// Reads the pattern of the matrix, not its values.
-CompressedGraph compress(const SymmetricMatrix& matrix);
+// Reads the pattern of the matrix, not its values. kind: where it is given, one number per unknown; unknowns of
+// different kinds are kept apart.
+CompressedGraph compress(const SymmetricMatrix& matrix, std::span<const std::uint8_t> kind = {});
 
 }  // namespace modal

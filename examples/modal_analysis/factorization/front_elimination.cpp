@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include "ZORTAVFactorization.h"
@@ -16,9 +15,9 @@ constexpr std::int32_t ratio_too_small = 34;
 
 // The entries of the matrix by the column of the factor that they enter, in elimination order.
 struct PermutedColumns {
-  std::vector<std::int64_t> first;
-  std::vector<std::int32_t> row;  // position, from 0, not above the column's
-  std::vector<double> value;
+  Array<std::int64_t> first;
+  Array<std::int32_t> row;  // position, from 0, not above the column's
+  Array<double> value;
 };
 
 PermutedColumns permute(const AssemblyTree& tree, const SymmetricMatrix& matrix) {
@@ -60,8 +59,8 @@ class FrontWalk {
         columns_(permute(tree, matrix)),
         initial_(at(tree.order())),
         local_(at(tree.order())),
-        front_(std::make_unique_for_overwrite<double[]>(at(Front::packed(tree.largest_front)))),
-        stack_(std::make_unique_for_overwrite<double[]>(at(tree.stack_entries))) {
+        front_(at(Front::packed(tree.largest_front))),
+        stack_(at(tree.stack_entries)) {
     for (std::int32_t i = 0; i < tree.order(); ++i) {
       // The sign must be the pivot's own, and a ratio to zero would say nothing.
       const double d = std::abs(matrix.value[at(matrix.row_end[at(i) + 1] - 1)]);
@@ -75,7 +74,7 @@ class FrontWalk {
       const Front& front = tree_.front[f];
       assemble(f);
       if (eliminate_pivots(front)) {
-        take(front, front_.get());
+        take(front, front_.data());
         push_update(f);
       }
     }
@@ -91,7 +90,7 @@ class FrontWalk {
 
   void assemble(std::size_t f) {
     const Front& front = tree_.front[f];
-    double* a = front_.get();
+    double* a = front_.data();
     std::fill_n(a, Front::packed(front.order), 0.0);
     for (std::int32_t i = 0; i < front.pivots; ++i) {
       local_[at(front.first_pivot + i)] = i;
@@ -115,9 +114,9 @@ class FrontWalk {
 
   // Adds the update on top of the stack. Rows ascend in child and parent alike, so lower stays lower.
   void extend_add(const Front& child, std::int64_t order) {
-    double* a = front_.get();
+    double* a = front_.data();
     stack_top_ -= child.update_entries();
-    const double* u = stack_.get() + stack_top_;
+    const double* u = stack_.data() + stack_top_;
     const auto rows = tree_.rows_below(child);
     target_.clear();
     for (const std::int32_t k : rows) {
@@ -135,7 +134,7 @@ class FrontWalk {
     const std::int32_t before = equation_;
     std::int32_t status = 0;
     const std::int32_t refused =
-        easlff_nt(&front.order, &front.pivots, front_.get(), &result_.smallest_ratio, initial_.data(), &rule_.smallest,
+        easlff_nt(&front.order, &front.pivots, front_.data(), &result_.smallest_ratio, initial_.data(), &rule_.smallest,
                   &rule_.smallest_ratio, &equation_, &accepted_, &operations_, &other_operations_, &status);
     const std::int32_t examined = equation_ - before;
     for (std::int32_t j = 0; j < examined; ++j) {
@@ -159,8 +158,8 @@ class FrontWalk {
   // The trailing triangle stands at the end of the front and is one run.
   void push_update(std::size_t f) {
     const Front& front = tree_.front[f];
-    const double* update = front_.get() + front.factor_entries();
-    std::copy_n(update, front.update_entries(), stack_.get() + stack_top_);
+    const double* update = front_.data() + front.factor_entries();
+    std::copy_n(update, front.update_entries(), stack_.data() + stack_top_);
     stack_top_ += front.update_entries();
     waiting_.push_back(f);
   }
@@ -168,11 +167,11 @@ class FrontWalk {
   const AssemblyTree& tree_;
   const PivotRule rule_;
   PermutedColumns columns_;
-  std::vector<double> initial_;       // magnitude of the initial diagonal, by position
-  std::vector<std::int32_t> local_;   // row of the current front, by position
+  Array<double> initial_;             // magnitude of the initial diagonal, by position
+  Array<std::int32_t> local_;         // row of the current front, by position
   std::vector<std::int32_t> target_;  // rows of the current front that an update adds into
-  std::unique_ptr<double[]> front_;
-  std::unique_ptr<double[]> stack_;
+  Array<double> front_;
+  Array<double> stack_;
   std::int64_t stack_top_ = 0;
   std::vector<std::size_t> waiting_;  // fronts whose updates are on the stack
   Elimination result_;

@@ -27,8 +27,10 @@ std::int64_t entries(std::int64_t pivots, std::int64_t order) {
 
 class Merger {
  public:
-  Merger(const EliminationTree& tree, const std::vector<std::int32_t>& column_weight)
-      : absorbed_by_(column_weight.size(), -1), zeros_(column_weight.size(), 0) {
+  Merger(const EliminationTree& tree, const std::vector<std::int32_t>& column_weight, std::int32_t kept_columns)
+      : first_kept_(static_cast<std::int32_t>(column_weight.size()) - kept_columns),
+        absorbed_by_(column_weight.size(), -1),
+        zeros_(column_weight.size(), 0) {
     fronts_.pivots = column_weight;
     fronts_.order = tree.front_order;
     fronts_.children.resize(column_weight.size());
@@ -63,6 +65,9 @@ class Merger {
   }
 
   bool worth_merging(std::int32_t child, std::int32_t parent) const {
+    if (parent >= first_kept_) {
+      return child >= first_kept_;
+    }
     const std::int64_t zeros = zeros_together(child, parent);
     if (zeros <= zeros_[at(child)] + zeros_[at(parent)]) {
       return true;
@@ -97,6 +102,7 @@ class Merger {
     fronts_.children[at(parent)] = std::move(kept);
   }
 
+  std::int32_t first_kept_;
   MergedFronts fronts_;
   std::vector<std::int32_t> absorbed_by_;
   std::vector<std::int64_t> zeros_;
@@ -129,8 +135,9 @@ void order_children(MergedFronts& fronts) {
 
 }  // namespace
 
-MergedFronts merge_fronts(const EliminationTree& tree, const std::vector<std::int32_t>& column_weight) {
-  MergedFronts fronts = Merger(tree, column_weight).merge();
+MergedFronts merge_fronts(const EliminationTree& tree, const std::vector<std::int32_t>& column_weight,
+                          std::int32_t kept_columns) {
+  MergedFronts fronts = Merger(tree, column_weight, kept_columns).merge();
   order_children(fronts);
   return fronts;
 }

@@ -18,7 +18,9 @@ struct MergedFronts {
   std::int64_t stack_entries = 0;                   // most update entries that wait at any time
 };
 
-// column_weight: unknowns per column of the tree.
-MergedFronts merge_fronts(const EliminationTree& tree, const std::vector<std::int32_t>& column_weight);
+// column_weight: unknowns per column of the tree. kept_columns: the last so many, which all follow each other in the
+// tree, become one front that takes in no other.
+MergedFronts merge_fronts(const EliminationTree& tree, const std::vector<std::int32_t>& column_weight,
+                          std::int32_t kept_columns);
 
 }  // namespace modal

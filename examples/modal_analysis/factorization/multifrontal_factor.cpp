@@ -2,7 +2,6 @@
 #include "factorization/multifrontal_factor.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "ZORTAVMatrixProduct.h"
 #include "ZORTAVVectorKernels.h"
@@ -47,8 +46,8 @@ MultifrontalFactor::MultifrontalFactor(const AssemblyTree& tree) : tree_(tree) {
 }
 
 Elimination MultifrontalFactor::factorize(const SymmetricMatrix& matrix, const PivotRule& rule, const Report& report) {
-  factor_ = std::make_unique_for_overwrite<double[]>(at(factor_size_));
-  double* next = factor_.get();
+  factor_ = Array<double>(at(factor_size_));
+  double* next = factor_.data();
   double done = 0.0;
   return eliminate(tree_, matrix, rule, [&](const Front& front, const double* packed) {
     const std::int32_t n = front.order;
@@ -67,15 +66,15 @@ Elimination MultifrontalFactor::factorize(const SymmetricMatrix& matrix, const P
 
 void MultifrontalFactor::solve(std::int32_t columns, double* x) const {
   const std::int32_t n = tree_.order();
-  std::vector<double> permuted(at(n) * at(columns));
-  std::vector<std::int32_t> from(at(n));
+  Array<double> permuted(at(n) * at(columns));
+  Array<std::int32_t> from(at(n));
   std::transform(tree_.unknown.begin(), tree_.unknown.end(), from.begin(), [](std::int32_t i) { return i + 1; });
   for (std::int32_t c = 0; c < columns; ++c) {
     e_dgthr(&n, x + std::int64_t{c} * n, permuted.data() + std::int64_t{c} * n, from.data());
   }
 
-  std::vector<double> work(at(tree_.largest_front) * at(columns));
-  const double* factor = factor_.get();
+  Array<double> work(at(tree_.largest_front) * at(columns));
+  const double* factor = factor_.data();
   for (const Front& front : tree_.front) {
     forward(front, factor, columns, permuted.data(), work.data());
     factor += rectangle(front);

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 
 #include "factorization/assembly_tree.h"
 #include "factorization/front_elimination.h"
@@ -32,7 +31,7 @@ class MultifrontalFactor {
 
   const AssemblyTree& tree_;
   // Per front an order × pivots rectangle by columns: D on the diagonal, L below it, Lᵀ above it in the pivots' square.
-  std::unique_ptr<double[]> factor_;
+  Array<double> factor_;
   std::int64_t factor_size_ = 0;
 };
 

@@ -54,8 +54,8 @@ void refuse_bad_input(const SymmetricMatrix& k, const SymmetricMatrix& m, int mo
 void finish_modes(const SymmetricMatrix& k, const SymmetricMatrix& m, ModalResult& result) {
   const std::int32_t n = k.order;
   constexpr std::int32_t one_vector = 1;
-  std::vector<double> mx(at(n));
-  std::vector<double> kx(at(n));
+  Array<double> mx(at(n));
+  Array<double> kx(at(n));
   for (std::size_t i = 0; i < result.eigenvalue.size(); ++i) {
     double* x = result.mode.data() + i * at(n);
     multiply(m, one_vector, x, mx.data());
@@ -82,6 +82,15 @@ PivotRefused::PivotRefused(std::int32_t equation_, std::int32_t status_, double 
       value(value_),
       shift(shift_) {}
 
+FactorSummary summary(const AssemblyTree& tree) {
+  FactorSummary of;
+  of.fronts = static_cast<std::int32_t>(tree.front.size());
+  of.largest_front = tree.largest_front;
+  of.factor_entries = tree.factor_entries;
+  of.stack_entries = tree.stack_entries;
+  return of;
+}
+
 ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricMatrix& mass, int modes,
                               Progress& progress) {
   refuse_bad_input(stiffness, mass, modes);
@@ -101,10 +110,9 @@ ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricM
   progress.step("symbolic", 0.0, 1.0);
   clock.run("symbolic", [&] { tree = assembly_tree(compressed, order); });
   progress.step("symbolic", 1.0, 1.0);
+  result.factor = summary(tree);
   compressed = {};
   order = {};
-  result.factor_entries = tree.factor_entries;
-  result.largest_front = tree.largest_front;
 
   MultifrontalFactor factor(tree);
   clock.run("factorization", [&] {
@@ -115,7 +123,11 @@ ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricM
       const Refusal& refusal = *elimination.refusal;
       throw PivotRefused(refusal.equation, refusal.status, refusal.value, 0.0);
     }
+    result.factor.operations = static_cast<double>(elimination.operations);
+    result.factor.smallest_ratio = elimination.smallest_ratio;
   });
+
+  progress.factored(result.factor);
 
   const auto wanted = static_cast<std::int32_t>(modes);
   SubspaceIteration iteration(stiffness, mass, factor, block_size(wanted, stiffness.order));
@@ -125,7 +137,10 @@ ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricM
                            clock.run("check", work);
                            progress.step("check", 1.0, 1.0);
                          },
-                         [&](double share) { progress.step("iteration", share, 1.0); }};
+                         [&](const IterationState& state) {
+                           progress.iterated(state);
+                           progress.step("iteration", state.share, 1.0);
+                         }};
   const CheckedCount checked = iterate_and_check(iteration, stiffness, mass, tree, wanted, hooks);
   result.shift = checked.count.shift;
   result.below_shift = checked.count.below;

@@ -7,16 +7,31 @@
 #include <string>
 #include <vector>
 
+#include "factorization/assembly_tree.h"
+#include "modes/subspace_iteration.h"
+#include "services/array_memory.h"
 #include "structure/symmetric_matrix.h"
 
 namespace modal {
 
-// Told by the solver what it is doing; the report draws a progress bar from it.
+// Of the factorization of K.
+struct FactorSummary {
+  std::int32_t fronts = 0;
+  std::int32_t largest_front = 0;   // order
+  std::int64_t factor_entries = 0;  // stored entries of L
+  std::int64_t stack_entries = 0;   // most that waited to be added into a front
+  double operations = 0.0;
+  double smallest_ratio = 0.0;  // of a pivot to its initial diagonal
+};
+
+// Told by the solver what it is doing; the report draws a progress bar and writes the listing from it.
 class Progress {
  public:
   virtual ~Progress() = default;
   // A phase begins or goes on: done of total steps.
   virtual void step(const char* phase, double done, double total) = 0;
+  virtual void factored(const FactorSummary& /*summary*/) {}
+  virtual void iterated(const IterationState& /*state*/) {}
 };
 
 struct PhaseTime {
@@ -27,14 +42,13 @@ struct PhaseTime {
 
 struct ModalResult {
   std::vector<double> eigenvalue;  // ascending, (rad/s)² for the built-in model
-  std::vector<double> mode;        // order × modes, column by column, M-normalised, sign fixed
+  Array<double> mode;              // order × modes, column by column, M-normalised, sign fixed
   std::vector<double> residual;    // ‖K·x − λ·M·x‖ / ‖K·x‖
   int iterations = 0;
-  double shift = 0.0;               // σ of the final check, just above the last mode found
-  int below_shift = 0;              // eigenvalues below σ: negative pivots of K − σ·M
-  int found_below_shift = 0;        // converged modes below σ
-  std::int64_t factor_entries = 0;  // stored entries of L
-  std::int32_t largest_front = 0;   // order
+  double shift = 0.0;         // σ of the final check, just above the last mode found
+  int below_shift = 0;        // eigenvalues below σ: negative pivots of K − σ·M
+  int found_below_shift = 0;  // converged modes below σ
+  FactorSummary factor;
   std::vector<PhaseTime> phases;
 };
 
@@ -51,6 +65,9 @@ struct PivotRefused : std::runtime_error {
 struct NotConverged : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
+
+// What the plan of a factorization tells of it.
+FactorSummary summary(const AssemblyTree& tree);
 
 // modes: 1 .. order of K. M has the order of K and is positive definite or semi-definite.
 ModalResult find_lowest_modes(const SymmetricMatrix& stiffness, const SymmetricMatrix& mass, int modes,

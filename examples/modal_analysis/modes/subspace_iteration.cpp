@@ -50,7 +50,7 @@ std::int32_t block_size(std::int32_t modes, std::int32_t order) {
 
 SubspaceIteration::SubspaceIteration(const SymmetricMatrix& k, const SymmetricMatrix& m,
                                      const MultifrontalFactor& factor, std::int32_t block)
-    : k_(k), m_(m), factor_(factor), block_(block), random_state_(1), x_(at(k.order) * at(block)) {
+    : k_(k), m_(m), factor_(factor), block_(block), random_state_(1), x_(at(k.order) * at(block), 0.0) {
   mx_.resize(x_.size());
   if (block == k.order) {
     unit_start_ = true;
@@ -63,8 +63,8 @@ SubspaceIteration::SubspaceIteration(const SymmetricMatrix& k, const SymmetricMa
   }
 }
 
-void SubspaceIteration::start_from(std::vector<double> x) {
-  x_ = std::move(x);
+void SubspaceIteration::start_from(std::span<const double> x) {
+  x_.assign(x.begin(), x.end());
   unit_start_ = false;
   value_.clear();
   multiply(m_, block_, x_.data(), mx_.data());
@@ -194,6 +194,14 @@ double SubspaceIteration::excess(bool stalled) const {
   return worst;
 }
 
+IterationState SubspaceIteration::state(std::int32_t wanted, double share) const {
+  const auto largest = [wanted](const std::vector<double>& of) {
+    return wanted > 0 ? *std::max_element(of.begin(), of.begin() + wanted) : 0.0;
+  };
+  return {iterations_,      block_, static_cast<std::int32_t>(value_.size()), wanted, largest(change_),
+          largest(defect_), share};
+}
+
 void SubspaceIteration::run(std::int32_t wanted, const Report& report) {
   double first_excess = 0.0;
   double least_excess = std::numeric_limits<double>::infinity();
@@ -207,6 +215,7 @@ void SubspaceIteration::run(std::int32_t wanted, const Report& report) {
                            std::to_string(wanted) + " modes were asked for");
       }
       if (count < iteration_limit) {
+        report(state(kept, 0.0));
         continue;
       }
       throw NotConverged("the iteration found " + std::to_string(kept) + " independent vectors of " +
@@ -215,11 +224,11 @@ void SubspaceIteration::run(std::int32_t wanted, const Report& report) {
     converged_ = end_of_cluster(wanted);
     const double above = excess(false);
     if (above <= 1.0) {
-      report(1.0);
+      report(state(converged_, 1.0));
       return;
     }
     first_excess = std::max(first_excess, above);
-    report(std::clamp(1.0 - std::log(above) / std::log(first_excess), 0.0, 1.0));
+    report(state(converged_, std::clamp(1.0 - std::log(above) / std::log(first_excess), 0.0, 1.0)));
     since_least = above < 0.5 * least_excess ? 0 : since_least + 1;
     least_excess = std::min(least_excess, above);
     if (since_least >= patience && excess(true) <= loosening) {

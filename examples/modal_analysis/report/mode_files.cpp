@@ -31,10 +31,9 @@ std::string coordinate_text(double value) {
 
 }  // namespace
 
-std::vector<std::array<double, 2>> unit_displacement(const Structure& structure, const ModalResult& result,
-                                                     std::size_t k) {
+Array<std::array<double, 2>> unit_displacement(const Structure& structure, const ModalResult& result, std::size_t k) {
   const double* mode = result.mode.data() + k * static_cast<std::size_t>(structure.stiffness.order);
-  std::vector<std::array<double, 2>> displacement(structure.mesh.node.size());
+  Array<std::array<double, 2>> displacement(structure.mesh.node.size());
   double longest = 0.0;
   for (std::size_t i = 0; i < displacement.size(); ++i) {
     for (std::size_t d = 0; d < 2; ++d) {

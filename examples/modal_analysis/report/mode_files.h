@@ -13,8 +13,7 @@
 namespace modal {
 
 // Displacement of every node in mode k (from 0), scaled so that the longest vector has length 1; fixed nodes rest.
-std::vector<std::array<double, 2>> unit_displacement(const Structure& structure, const ModalResult& result,
-                                                     std::size_t k);
+Array<std::array<double, 2>> unit_displacement(const Structure& structure, const ModalResult& result, std::size_t k);
 
 // Legacy VTK, ASCII: the mesh as quadratic quadrilaterals and one vector field a mode, in unit displacements.
 void write_vtk(std::ostream& out, const Structure& structure, const ModalResult& result);

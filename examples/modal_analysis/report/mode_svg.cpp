@@ -88,7 +88,7 @@ struct Box {
 
 // Nodes as they stand in mode k, and how far each has moved, 0 to 1.
 struct Deformed {
-  std::vector<Point> node;
+  Array<Point> node;
   std::vector<double> moved;
 };
 
@@ -142,7 +142,7 @@ class Picture {
 
   Deformed deformed(std::size_t k) const {
     Deformed shape{mesh_.node, std::vector<double>(mesh_.node.size())};
-    const std::vector<Point> unit = unit_displacement(structure_, result_, k);
+    const Array<Point> unit = unit_displacement(structure_, result_, k);
     for (std::size_t i = 0; i < unit.size(); ++i) {
       shape.node[i][0] += magnification_ * unit[i][0];
       shape.node[i][1] += magnification_ * unit[i][1];
@@ -161,7 +161,7 @@ class Picture {
     return command('Q', in_panel(control), in_panel(b));
   }
 
-  std::string outline_text(const std::vector<Point>& node) const {
+  std::string outline_text(const Array<Point>& node) const {
     std::string path;
     for (const std::vector<Side>& loop : outline_) {
       path += command('M', in_panel(node[static_cast<std::size_t>(loop.front()[0])]));

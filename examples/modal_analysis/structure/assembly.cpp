@@ -10,7 +10,7 @@ namespace {
 
 // Appends the unknowns of `node` (from 0) that belong before the diagonal of row `unknown`, as columns from 1.
 void append_columns(const Mesh& mesh, std::int32_t node, std::int32_t unknown, std::size_t direction, Coupling coupling,
-                    std::vector<std::int32_t>& column) {
+                    Array<std::int32_t>& column) {
   const auto& equation = mesh.equation[static_cast<std::size_t>(node)];
   for (std::size_t d = 0; d < 2; ++d) {
     const bool coupled = coupling == Coupling::all_directions || d == direction;

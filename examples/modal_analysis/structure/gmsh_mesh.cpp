@@ -162,6 +162,7 @@ class Reader {
         if (!number_of_tag_.emplace(tag, static_cast<std::int32_t>(first + i)).second) {
           lines_.fault("node " + std::to_string(tag) + " is given twice");
         }
+        mesh_.tag.push_back(tag);
       }
       for (std::int64_t i = 0; i < count; ++i) {
         lines_.need("'x y z' of a node", static_cast<std::size_t>(3 + parameters));
@@ -279,6 +280,7 @@ class Reader {
       if (number[i] == 0) {
         number[i] = static_cast<std::int32_t>(used.node.size());
         used.node.push_back(mesh_.node[i]);
+        used.tag.push_back(mesh_.tag[i]);
         clamped.push_back(clamped_[i]);
       }
     }

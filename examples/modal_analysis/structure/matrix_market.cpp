@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <memory>
 #include <tuple>
-#include <vector>
 
 #include "structure/input_error.h"
 #include "structure/matrix_market_check.h"
@@ -33,7 +32,7 @@ struct Entry {
 struct Triplets {
   std::int32_t order = 0;
   bool both_halves = false;
-  std::vector<Entry> entry;
+  Array<Entry> entry;
 };
 
 class Cholmod {
@@ -150,11 +149,11 @@ void check_pair(const std::string& path, const Entry& e, double other, double di
 
 SymmetricMatrix read_symmetric_matrix(const std::string& path, std::int32_t order) {
   Triplets triplets = read_triplets(path, order);
-  std::vector<Entry>& entry = triplets.entry;
+  Array<Entry>& entry = triplets.entry;
   std::sort(entry.begin(), entry.end(), [](const Entry& a, const Entry& b) {
     return std::tie(a.row, a.column, a.mirrored, a.ordinal) < std::tie(b.row, b.column, b.mirrored, b.ordinal);
   });
-  std::vector<double> diagonal(static_cast<std::size_t>(triplets.order));
+  Array<double> diagonal(static_cast<std::size_t>(triplets.order), 0.0);
   for (const Entry& e : entry) {
     if (e.row == e.column) {
       diagonal[static_cast<std::size_t>(e.row)] = e.value;

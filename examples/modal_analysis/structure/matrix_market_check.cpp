@@ -234,7 +234,7 @@ void check_entry(const Lines& lines, const Header& header, const Words& words) {
 }  // namespace
 
 void refuse_line(const std::string& path, std::int64_t line, const std::string& fault) {
-  throw InputError(path + ", line " + std::to_string(line) + ": " + fault);
+  throw InputError(path, line, fault);
 }
 
 void check_matrix_market(const std::string& path) {

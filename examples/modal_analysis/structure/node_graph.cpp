@@ -13,8 +13,8 @@ NodeGraph node_graph(const Mesh& mesh) {
   const auto elements = static_cast<std::int32_t>(mesh.element.size());
   const auto node_count = mesh.node.size();
 
-  std::vector<std::int32_t> element_end{0};
-  std::vector<std::int32_t> element_node;
+  Array<std::int32_t> element_end{0};
+  Array<std::int32_t> element_node;
   element_end.reserve(mesh.element.size() + 1);
   element_node.reserve(8 * mesh.element.size());
   for (const auto& element : mesh.element) {
@@ -25,9 +25,9 @@ NodeGraph node_graph(const Mesh& mesh) {
   }
 
   const std::int32_t reserved = 0;
-  std::vector<std::int32_t> node_end(node_count + 1);
-  std::vector<std::int32_t> node_element(element_node.size());
-  std::vector<std::int32_t> work(node_count + 1);
+  Array<std::int32_t> node_end(node_count + 1);
+  Array<std::int32_t> node_element(element_node.size());
+  Array<std::int32_t> work(node_count + 1);
   NodeGraph graph;
   graph.row_end.resize(node_count + 1);
   std::int32_t total = 0;

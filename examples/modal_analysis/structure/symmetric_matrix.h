@@ -3,7 +3,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+
+#include "services/array_memory.h"
 
 namespace modal {
 
@@ -11,9 +12,9 @@ namespace modal {
 // off-diagonal entries have columns (from 1) below i, in ascending order, and its last entry is the diagonal.
 struct SymmetricMatrix {
   std::int32_t order = 0;
-  std::vector<std::int32_t> row_end{0};  // order + 1 entries, row_end[0] = 0
-  std::vector<std::int32_t> column;
-  std::vector<double> value;
+  Array<std::int32_t> row_end{0};  // order + 1 entries, row_end[0] = 0
+  Array<std::int32_t> column;
+  Array<double> value;
 
   std::int32_t entries() const { return row_end.back(); }
 };

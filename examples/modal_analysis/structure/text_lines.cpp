@@ -96,7 +96,7 @@ double TextLines::coordinate(std::size_t i) const {
 }
 
 void TextLines::fault_at(std::int64_t line, const std::string& text) const {
-  throw InputError(path_ + ", line " + std::to_string(std::max<std::int64_t>(line, 1)) + ": " + text);
+  throw InputError(path_, std::max<std::int64_t>(line, 1), text);
 }
 
 }  // namespace modal

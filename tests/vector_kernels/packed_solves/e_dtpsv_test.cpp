@@ -146,6 +146,12 @@ TEST(PackedTriangularSolve, TakesUnknownLettersForTheOtherCase) {
   for (const int32_t none : {0, -1, INT32_MIN}) {
     e_dtpsv("U", "N", "N", &none, nullptr, nullptr, &one);
   }
+  // A diagonal of ones is all that there is: no place of ap is read.
+  for (int shape = 4; shape < 8; ++shape) {
+    double x = 3;
+    run({(shape & 1) != 0, (shape & 2) != 0, true, 1, {}}, &x, 1);
+    EXPECT_EQ(x, 3);
+  }
 }
 
 }  // namespace

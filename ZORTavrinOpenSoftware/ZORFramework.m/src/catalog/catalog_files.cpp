@@ -6,6 +6,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -95,6 +96,8 @@ std::optional<MessageTable> read_catalog_file(const std::string& search_path, co
     }
     try {
       return parse_messages(read_bytes(file));
+    } catch (const std::bad_alloc&) {
+      throw;  // not the file's fault: it is read again when there is memory
     } catch (const std::exception& e) {
       report_once(file, e.what());
     }

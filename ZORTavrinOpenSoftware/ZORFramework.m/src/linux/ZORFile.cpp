@@ -122,9 +122,14 @@ int32_t ZORFClose(int32_t descriptor) noexcept {
 
 int32_t ZORFCopy(const ZORUnicodeString& from, const ZORUnicodeString& to, int32_t keep_target) noexcept {
   const int source = open_file(from.GetText(), O_RDONLY, 0);
-  struct stat of_source {};
-  if (source < 0 || fstat(source, &of_source) != 0) {
+  if (source < 0) {
     return zortav::system_status(errno);
+  }
+  struct stat of_source {};
+  if (fstat(source, &of_source) != 0) {
+    const int error = errno;
+    close(source);
+    return zortav::system_status(error);
   }
   struct stat of_target {};
   const bool onto_itself = stat(to.GetText(), &of_target) == 0 && of_source.st_dev == of_target.st_dev &&

@@ -43,15 +43,28 @@ struct Pass {
   std::ptrdiff_t ldb;
 };
 
+std::ptrdiff_t row_blocks(const Pass& pass) {
+  return (pass.product.m + product_row_block - 1) / product_row_block;
+}
+
+// What packing the row block reads of A; nothing beyond the last one.
+UpcomingColumns columns_of_a(const Pass& pass, std::ptrdiff_t block) {
+  if (block >= row_blocks(pass)) {
+    return {};
+  }
+  const Product& x = pass.product;
+  const std::ptrdiff_t i0 = block * product_row_block;
+  const std::ptrdiff_t rows = std::min(x.m - i0, product_row_block);
+  return x.transpose_a ? UpcomingColumns{x.a + pass.l0 + i0 * x.lda, x.lda, rows, pass.depth}
+                       : UpcomingColumns{x.a + i0 + pass.l0 * x.lda, x.lda, pass.depth, rows};
+}
+
 void run_row_block(const Pass& pass, std::ptrdiff_t block, double* p) {
   const Product& x = pass.product;
   const std::ptrdiff_t i0 = block * product_row_block;
   const std::ptrdiff_t rows = std::min(x.m - i0, product_row_block);
-  if (x.transpose_a) {
-    pass.kernels.pack_along(rows, pass.depth, pass.alpha_in_p, x.a + pass.l0 + i0 * x.lda, x.lda, p);
-  } else {
-    pass.kernels.pack_across(rows, pass.depth, pass.alpha_in_p, x.a + i0 + pass.l0 * x.lda, x.lda, p);
-  }
+  const auto pack = x.transpose_a ? pass.kernels.pack_along : pass.kernels.pack_across;
+  pack(rows, pass.depth, pass.alpha_in_p, columns_of_a(pass, block).first, x.lda, p);
   pass.kernels.update_row_block({.rows = rows,
                                  .columns = pass.columns,
                                  .depth = pass.depth,
@@ -60,11 +73,8 @@ void run_row_block(const Pass& pass, std::ptrdiff_t block, double* p) {
                                  .ldb = pass.ldb,
                                  .beta = pass.beta,
                                  .c = x.c + i0 + pass.j0 * x.ldc,
-                                 .ldc = x.ldc});
-}
-
-std::ptrdiff_t row_blocks(const Pass& pass) {
-  return (pass.product.m + product_row_block - 1) / product_row_block;
+                                 .ldc = x.ldc,
+                                 .upcoming = columns_of_a(pass, block + 1)});
 }
 
 // The two ways to run a pass stay two frames, so that a thread never carries two row-block buffers.

@@ -165,7 +165,7 @@ HWY_INLINE void update_tile(const TileUpdate& task) {
   const double* HWY_RESTRICT t = task.t;
   Columns<columns> b(task.b, task.ldb);
   Columns<columns> fetch(task.b + fetch_distance, task.ldb);
-  const auto add_products = [&] __attribute__((always_inline)) {
+  const auto add_products = [&]() __attribute__((always_inline)) {
     Vector tv[vectors];
 #pragma GCC unroll 4
     for (int v = 0; v < vectors; ++v) {
@@ -230,6 +230,28 @@ HWY_INLINE void update_tile(const TileUpdate& task) {
   }
 }
 
+// Fetches the upcoming columns bit by bit.
+class Fetcher {
+ public:
+  Fetcher(const UpcomingColumns& upcoming, std::ptrdiff_t steps)
+      : left_(upcoming), columns_per_step_((upcoming.columns + steps - 1) / steps) {}
+  void step() {
+    for (std::ptrdiff_t count = HWY_MIN(columns_per_step_, left_.columns); count > 0; --count) {
+      for (std::ptrdiff_t i = 0; i < left_.length; i += cache_line_doubles) {
+        __builtin_prefetch(left_.first + i, 0, second_level);
+      }
+      __builtin_prefetch(left_.first + left_.length - 1, 0, second_level);
+      left_.first += left_.stride;
+      --left_.columns;
+    }
+  }
+
+ private:
+  static constexpr int second_level = 2;
+  UpcomingColumns left_;
+  std::ptrdiff_t columns_per_step_;
+};
+
 // The columns that do not fill a tile.
 template <int vectors, int columns>
 void update_last_columns(const TileUpdate& task, std::ptrdiff_t count) {
@@ -243,10 +265,10 @@ void update_last_columns(const TileUpdate& task, std::ptrdiff_t count) {
 
 // The rows of one tile over the columns of one chunk.
 template <int vectors>
-void update_rows(const RowBlockUpdate& task, double* t) {
+void update_rows(const RowBlockUpdate& task, double* t, Fetcher& fetcher) {
   if constexpr (vectors > 1) {
     if (task.rows <= (vectors - 1) * lanes) {
-      return update_rows<vectors - 1>(task, t);
+      return update_rows<vectors - 1>(task, t, fetcher);
     }
   }
   turn_rows<vectors>(task.p, task.rows, task.depth, t);
@@ -273,6 +295,7 @@ void update_rows(const RowBlockUpdate& task, double* t) {
         fetch_column_of_c<vectors * lanes>(task.c + next * task.ldc);
       }
     }
+    fetcher.step();
     update_tile<vectors, columns>(tile(j, j + 2 * columns <= task.columns ? j + columns : 0));
   }
   if constexpr (columns > 1) {
@@ -284,6 +307,9 @@ void update_rows(const RowBlockUpdate& task, double* t) {
 
 void update_row_block(const RowBlockUpdate& task) {
   HWY_ALIGN double t[tile_rows * product_run];
+  constexpr std::ptrdiff_t tile_columns = accumulators / tile_vectors;
+  const std::ptrdiff_t row_tiles = (task.rows + tile_rows - 1) / tile_rows;
+  Fetcher fetcher(task.upcoming, HWY_MAX(1, task.columns / tile_columns * row_tiles));
   for (std::ptrdiff_t j0 = 0; j0 < task.columns; j0 += chunk_columns) {
     for (std::ptrdiff_t row = 0; row < task.rows; row += tile_rows) {
       update_rows<tile_vectors>({.rows = HWY_MIN(tile_rows, task.rows - row),
@@ -294,8 +320,9 @@ void update_row_block(const RowBlockUpdate& task) {
                                  .ldb = task.ldb,
                                  .beta = task.beta,
                                  .c = task.c + row + j0 * task.ldc,
-                                 .ldc = task.ldc},
-                                t);
+                                 .ldc = task.ldc,
+                                 .upcoming = {}},
+                                t, fetcher);
     }
   }
 }

@@ -16,6 +16,15 @@ inline constexpr std::ptrdiff_t product_column_block_transposed = 96;
 // Both packing buffers hold runs of up to product_depth_block values.
 inline constexpr std::ptrdiff_t product_run = product_depth_block;
 
+// Columns of a matrix that are packed next. They are fetched into the second-level cache while the block at hand is
+// computed: each pass reads A anew, and left to the packing it would come at the latency of memory.
+struct UpcomingColumns {
+  const double* first = nullptr;
+  std::ptrdiff_t stride = 0;
+  std::ptrdiff_t columns = 0;
+  std::ptrdiff_t length = 0;
+};
+
 // C(i, j) := beta·C(i, j) + Σ P(l, i)·B(l, j) over l, for one row block and the columns of one pass.
 struct RowBlockUpdate {
   std::ptrdiff_t rows;     // 1..80
@@ -27,6 +36,7 @@ struct RowBlockUpdate {
   double beta;  // 0 starts every element at exactly 0, whatever C held
   double* c;
   std::ptrdiff_t ldc;
+  UpcomingColumns upcoming;
 };
 
 struct ProductKernelTable {

@@ -27,11 +27,13 @@ struct Slab {
   double or_else(double before) const { return outside ? square : before; }
 };
 
-// The slabs of the lower and the upper children of a node of this size.
-std::array<Slab, 2> slabs(double centre, double size, double query) {
-  const double half = size * 0.5;
-  return {Slab(zortav::child_centre(centre, half, false), half / 2, query),
-          Slab(zortav::child_centre(centre, half, true), half / 2, query)};
+// The slabs of the lower and the upper children of a node, in a tree of this size. A child's own size is not half the
+// node's where sizes are subnormal: there each of the two is rounded for itself.
+std::array<Slab, 2> slabs(double centre, double tree_size, double node_scale, double query) {
+  const double half = tree_size * node_scale * 0.5;
+  const double reach = tree_size * (node_scale * 0.5) / 2;
+  return {Slab(zortav::child_centre(centre, half, false), reach, query),
+          Slab(zortav::child_centre(centre, half, true), reach, query)};
 }
 
 }  // namespace
@@ -45,9 +47,9 @@ ZORSamNeighborNode::~ZORSamNeighborNode() = default;
 // terms are not negative: where the sum is below a bound, so is every partial sum.
 std::array<double, 8> ZORSamNeighborNode::ChildDistances(const ZORSamNeighborTree& tree) const {
   const double scale = zortav::level_scale(level_);
-  const std::array<Slab, 2> x = slabs(centreX_, tree.sizeX_ * scale, tree.queryX_);
-  const std::array<Slab, 2> y = slabs(centreY_, tree.sizeY_ * scale, tree.queryY_);
-  const std::array<Slab, 2> z = slabs(centreZ_, tree.sizeZ_ * scale, tree.queryZ_);
+  const std::array<Slab, 2> x = slabs(centreX_, tree.sizeX_, scale, tree.queryX_);
+  const std::array<Slab, 2> y = slabs(centreY_, tree.sizeY_, scale, tree.queryY_);
+  const std::array<Slab, 2> z = slabs(centreZ_, tree.sizeZ_, scale, tree.queryZ_);
   std::array<double, child_count> distance;
   for (std::uint32_t xy = 0; xy < 4; ++xy) {
     const double of_x = x[xy & 1U].or_else(0.0);

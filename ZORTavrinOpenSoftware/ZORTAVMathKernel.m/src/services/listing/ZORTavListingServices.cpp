@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZORTavListingServices.h"
 
+#include <new>
+
 #include "ZORFile.h"
 #include "ZORSystem.h"
 #include "ZORTime.h"
@@ -13,7 +15,8 @@ constexpr int32_t login_name_size = 36;
 constexpr int32_t differ = 1;       // ZORIdenticaleFile
 constexpr int32_t keep_target = 1;  // ZORFCopy
 
-// Never destroyed: the log is written until the last static object of the process has gone.
+// Never destroyed: the log is written until the last static object of the process has gone. Needs no memory of its own:
+// reports of its lack are written here.
 struct Log {
   int32_t descriptor = no_descriptor;
   ZORUnicodeString directory;
@@ -21,7 +24,8 @@ struct Log {
 };
 
 Log& solver_log() {
-  static auto& only = *new Log;
+  alignas(Log) static unsigned char storage[sizeof(Log)];
+  static auto& only = *new (storage) Log;
   return only;
 }
 

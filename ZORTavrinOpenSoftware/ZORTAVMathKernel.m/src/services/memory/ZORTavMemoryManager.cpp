@@ -38,12 +38,12 @@ ZORTavMemoryManager::ZORTavMemoryManager(int table_size)
       TableCapacity(0),
       GroupCount(0),
       PeakGroupCount(0),
+      table_room_(0),
       GrowthStep(table_size >= 1 ? table_size : usual_table_size),
       MemoryUsed(0),
       PeakMemoryUsed(0),
       ModeWarning(0),
-      SeparateBlocks(1),
-      table_room_(0) {
+      SeparateBlocks(1) {
   ExtensionTable();
 }
 

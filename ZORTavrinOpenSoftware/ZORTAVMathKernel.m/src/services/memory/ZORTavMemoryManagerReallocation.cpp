@@ -25,7 +25,7 @@ int ZORTavMemoryManager::Reallocation(int group, char*& array, long long length)
   if (array == nullptr) {
     array = block;
   }
-  block = static_cast<char*>(ZORUnsecuredMemRealloc(array, static_cast<std::size_t>(length + zortav::word_bytes)));
+  block = static_cast<char*>(ZORUnsecuredMemRealloc(array, static_cast<std::size_t>(length) + zortav::word_bytes));
   array = zortav::aligned(block);
   if (array != block) {
     std::memmove(array, block, static_cast<std::size_t>(length));

@@ -83,9 +83,9 @@ HWY_INLINE void subtract_sums(const double* x, double* t, const Pass& pass) {
   }
 }
 
-// x(j) := sum, but for the division by the diagonal.
-HWY_INLINE double solved(double sum, double diagonal_element, Diagonal diagonal) {
-  return diagonal == Diagonal::given ? sum / diagonal_element : sum;
+// x(j) := sum, but for the division by the diagonal, whose place need not even exist where it is one.
+HWY_INLINE double solved(double sum, const double* diagonal_element, Diagonal diagonal) {
+  return diagonal == Diagonal::given ? sum / *diagonal_element : sum;
 }
 
 void solve_upper_transposed(std::size_t n, const double* ap, Diagonal diagonal, double* x) {
@@ -96,7 +96,7 @@ void solve_upper_transposed(std::size_t n, const double* ap, Diagonal diagonal, 
     for (std::size_t i = 0; i < j; ++i) {
       sum = sum - column[i] * x[i];
     }
-    x[j] = solved(sum, column[j], diagonal);
+    x[j] = solved(sum, column + j, diagonal);
   }
   for (; begin < n; begin += columns_per_sum) {
     const double* column[columns_per_sum];
@@ -123,7 +123,7 @@ void solve_upper_transposed(std::size_t n, const double* ap, Diagonal diagonal, 
       for (std::size_t k = 0; k < c; ++k) {
         t[c] = t[c] - own[k] * t[k];
       }
-      t[c] = solved(t[c], own[c], diagonal);
+      t[c] = solved(t[c], own + c, diagonal);
       x[begin + c] = t[c];
     }
   }
@@ -137,7 +137,7 @@ void solve_lower_transposed(std::size_t n, const double* ap, Diagonal diagonal, 
     for (std::size_t i = n; --i > j;) {
       sum = sum - column[i] * x[i];
     }
-    x[j] = solved(sum, column[j], diagonal);
+    x[j] = solved(sum, column + j, diagonal);
   }
   for (; end > 0; end -= columns_per_sum) {
     const std::size_t begin = end - columns_per_sum;
@@ -166,7 +166,7 @@ void solve_lower_transposed(std::size_t n, const double* ap, Diagonal diagonal, 
       for (std::size_t k = columns_per_sum - 1; k > c; --k) {
         t[c] = t[c] - own[k] * t[k];
       }
-      t[c] = solved(t[c], own[c], diagonal);
+      t[c] = solved(t[c], own + c, diagonal);
       x[begin + c] = t[c];
     }
   }

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+// eaxinv.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "ZORTAVInversion.h"
+#include "algorithms/inversion_oracle.h"
+#include "support/numbers.h"
+
+namespace zortest {
+namespace {
+
+int32_t invert(int32_t mode, Guarded<double>& a, const Matrix& shape, int32_t ierr = 7) {
+  const int32_t lda = shape.lda;
+  std::vector<int32_t> ipiv(static_cast<std::size_t>(std::max(shape.n, 0)));
+  eaxinv(&mode, &lda, &shape.n, mode == 1 ? ipiv.data() : nullptr, mode == 1 || mode == 2 ? nullptr : &ierr, a.data());
+  EXPECT_TRUE(a.intact());
+  return ierr;
+}
+
+// Inverts a copy and compares it with the plain steps.
+void expect_stated_steps(const Matrix& a, int32_t mode, std::size_t offset) {
+  Guarded<double> x(a.a, offset);
+  const int32_t ierr = invert(mode, x, a);
+  Matrix expected = a;
+  if (mode == 1) {
+    invert_general(expected);
+    ASSERT_EQ(ierr, 7);
+  } else {
+    const bool accepted = invert_symmetric(expected, mode == 3);
+    ASSERT_EQ(ierr, mode == 2 ? 7 : accepted ? 0 : 1);
+  }
+  SCOPED_TRACE(testing::Message() << "n " << a.n << " mode " << mode);
+  expect_same_bits(expected.a, x.values());
+}
+
+TEST(Inversion, KeepsTheStatedSteps) {
+  Random random(44);
+  for (const int n : {1, 2, 3, 7, 8, 9, 17, 33, 47, 48, 49, 55, 56, 57, 95, 96, 97, 103, 145}) {
+    for (const int32_t mode : {1, 2, 3}) {
+      const Matrix a = random_matrix(random, n, n + random.integer(0, 3), mode != 1);
+      expect_stated_steps(a, mode, static_cast<std::size_t>(random.integer(0, 7)));
+      Guarded<double> x(a.a, 0);
+      invert(mode, x, a);
+      EXPECT_LT(identity_error(a, x.values(), a.lda), mode == 1 ? 1e-8 : 1e-12) << n;
+    }
+  }
+}
+
+// More rows than are held at once, more columns than the rows of a panel are buffered for; nearly all multipliers are
+// zeros, of which the plain steps make short work.
+TEST(Inversion, LargeOrders) {
+  Random random(43);
+  const int n = 2056;
+  const int block = 5;
+  Matrix a(n, n);
+  for (int j = 1; j <= n; ++j) {
+    std::fill_n(&a(1, j), n, 0.0);
+    const int first = (j - 1) / block * block + 1;
+    for (int i = first; i < std::min(first + block, n + 1); ++i) {
+      a((i + 700) % n + 1, j) = random.uniform();
+    }
+  }
+  expect_stated_steps(a, 1, 1);
+  expect_stated_steps(random_matrix(random, 700, 703, true), 3, 1);
+}
+
+// Zeros of both signs, infinities and NaN, wherever they meet the multipliers and pivots of a panel.
+TEST(Inversion, ZerosAndSpecialValues) {
+  Random random(42);
+  for (const double special : {0.0, inf, nan}) {
+    for (int trial = 0; trial < 24; ++trial) {
+      const int32_t mode = 1 + trial % 3;
+      Matrix a = random_matrix(random, random.integer(50, 120), 120, mode != 1);
+      const int kept = random.integer(1, 60);  // of a hundred elements
+      for (int j = 1; j <= a.n; ++j) {
+        for (int i = 1; i < j; ++i) {
+          for (double* const x : {&a(i, j), &a(j, i)}) {
+            *x = random.integer(1, 100) <= kept ? *x : random.integer(0, 1) != 0 ? 0.0 : -0.0;
+          }
+          a(j, i) = mode != 1 ? a(i, j) : a(j, i);
+        }
+      }
+      const int i = random.integer(1, a.n);
+      const int j = random.integer(1, a.n);
+      a(i, j) = special;
+      a(j, i) = mode != 1 ? special : a(j, i);
+      expect_stated_steps(a, mode, 3);
+    }
+  }
+}
+
+TEST(Inversion, TakesTheLastOfTheLargestAsPivot) {
+  Random random(45);
+  for (int trial = 0; trial < 300; ++trial) {
+    const int n = trial < 200 ? 6 : 60;
+    Matrix a = random_matrix(random, n, n, false);
+    for (double& x : a.a) {
+      x = random.integer(-2, 2);  // many ties, zeros and singular matrices
+    }
+    Guarded<double> x(a.a, 0);
+    invert(1, x, a);
+    invert_general(a);
+    expect_same_bits(a.a, x.values());
+  }
+  Guarded<double> swap(std::vector<double>{0, 1, 1, 0}, 0);
+  invert(1, swap, Matrix(2, 2));
+  EXPECT_EQ(swap.values(), (std::vector<double>{0, 1, 1, 0}));
+}
+
+// The refused pivot at every place of a panel: the diagonal is lowered by what its pivot would have been.
+TEST(Inversion, RefusesSmallPivots) {
+  Random random(46);
+  const int n = 104;
+  const Matrix regular = random_matrix(random, n, n + 1, true);
+  Matrix inverse = regular;
+  std::vector<double> pivots;
+  invert_symmetric(inverse, false, &pivots);
+  for (int k = 1; k <= n; ++k) {
+    Matrix a = regular;
+    a(k, k) -= pivots[static_cast<std::size_t>(k - 1)];
+    Guarded<double> x(a.a, 1);
+    ASSERT_EQ(invert(0, x, a), 1) << k;
+    const std::vector<double> before = a.a;
+    ASSERT_FALSE(invert_symmetric(a, true));
+    expect_same_bits(a.a, x.values());
+    ASSERT_EQ(k == 1, a.a == before);
+  }
+}
+
+TEST(Inversion, SmallestPivotAndEmptyMatrices) {
+  Guarded<double> limit(std::vector<double>{-1e-8}, 0);
+  EXPECT_EQ(invert(0, limit, Matrix(1, 1)), 1);
+  EXPECT_EQ(limit[0], -1e-8);
+  Guarded<double> accepted(std::vector<double>{std::nextafter(1e-8, 1.0)}, 0);
+  EXPECT_EQ(invert(-1, accepted, Matrix(1, 1)), 0);
+  Guarded<double> not_a_number(std::vector<double>{nan}, 0);
+  EXPECT_EQ(invert(3, not_a_number, Matrix(1, 1)), 0);
+  Guarded<double> zero(std::vector<double>{0}, 0);
+  invert(1, zero, Matrix(1, 1));
+  EXPECT_EQ(zero[0], inf);
+  for (const int none : {0, -2}) {
+    Guarded<double> untouched(std::vector<double>{5}, 0);
+    Matrix empty(0, 1);
+    empty.n = none;
+    EXPECT_EQ(invert(1, untouched, empty), 7);
+    EXPECT_EQ(invert(2, untouched, empty), 7);
+    EXPECT_EQ(invert(3, untouched, empty), 0);
+    EXPECT_EQ(untouched[0], 5);
+  }
+}
+
+}  // namespace
+}  // namespace zortest
