@@ -22,6 +22,10 @@ class ZOR_EXPORT ZORCpuQuery {
 /**
  * C := A·B or C := C + A·B for column-major A (m × k, leading dimension lda), B (k × n, ldb), C (m × n, ldc).
  *
+ * @param a, b        [in] A and B.
+ * @param c           [in,out] C; the rows m+1..ldc are never touched.
+ * @param m, n, k     [in] rows of A and C; columns of B and C; columns of A, rows of B.
+ * @param lda, ldb, ldc [in] leading dimensions.
  * @param option     [in] reserved, 0.
  * @param accumulate [in] 0 stores the product, 1 adds it to C.
  * @return 0.

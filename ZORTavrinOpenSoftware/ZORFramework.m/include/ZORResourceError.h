@@ -11,14 +11,15 @@
 /**
  * An error whose texts stand in a message catalog under a message identifier.
  *
- * Catalogs. A catalog is one file for each language, named <catalog>_<language>.json ("ZORTAVMathKernelError_fr.json"):
+ * Catalogs. A catalog is one file for each language, named `<catalog>_<language>.json` (`ZORTAVMathKernelError_fr.json`):
  * an object that maps message identifiers to objects with the texts "request", "diagnostic", "advice", "help_file" and
  * "help_context", each of which may be missing. It is searched in
  *
  *   1. the folders that the environment variable ZOR_MESSAGE_CATALOG_PATH lists, in order (separated by ':' on Linux,
  *      ';' on Windows);
  *   2. the folder of the library, and "msgcatalog" in it;
- *   3. "../share/ZORTAVMathKernel/msgcatalog" from the folder of the library, its place under an install prefix.
+ *   3. "../share/ZORTAVMathKernel/msgcatalog" and "../../share/ZORTAVMathKernel/msgcatalog" from the folder of the library,
+ *      its places under an install prefix.
  *
  * The first file that is there and can be understood counts. The language is the first part of the first of LC_ALL,
  * LC_MESSAGES and LANG that is set and not empty ("fr" of "fr_CA.UTF-8"); "C", "POSIX" and none at all are English. A

@@ -29,7 +29,7 @@ class ZOR_EXPORT ZORTrace {
    * @param title       [in] what the channel is for, for people.
    * @param mode        [in] reserved, 0.
    * @param output      [in] "STDOUT", the standard output stream, or "STDERR", the standard error stream; any other
-   * name is taken as "STDOUT".
+   *                    name is taken as "STDOUT".
    * @param buffer_size [in] the usual size of a text in bytes. Longer ones are written whole.
    */
   ZORTrace(const char* name, const char* title, int32_t mode, const char* output, int32_t buffer_size) noexcept;

@@ -199,8 +199,8 @@ class ZOR_EXPORT ZORSamOctree {
    * @param maxNbLevels   [in] limit of levels; 0 and 1 both give a single leaf.
    * @return 0, also when no entity takes part (then there is no root, and the sizes are 0); 0x8000FFFF with nothing
    *         changed when a tree stands already (Reset it first), data is null, maxNbEntities is 0 or minDiag ≤ 0;
-   *         0x8007000E when memory is short, else the failure of GetOctinfo or CreateOctant, and then the tree is
-   * empty.
+   *         0x8007000E when memory is short, else the failure of GetOctinfo or CreateOctant, and then the tree
+   *         is empty.
    *
    * Source of the split of a whole set at a time, eight ways: the most-significant-digit radix sort.
    */
@@ -307,11 +307,11 @@ class ZOR_EXPORT ZORSamNeighborTree : public ZORSamOctree {
    *                    returned.
    * @param targetNb    [in] neighbours wanted, lowered to the number of entities that take part.
    * @param nbFound     [out] neighbours found; 0 on a failure, unchanged when an argument is bad.
-   * @param indexes     [out] array of at least targetNb (as lowered): the entities, the nearest first; 0 from nbFound
-   * on.
+   * @param indexes     [out] array of at least targetNb (as lowered): the entities, the nearest first; 0 from
+   *                    nbFound on.
    * @param squareDists [out] array of the same length, apart from the other: their squared distances; 0 from nbFound
    *                    on. Both arrays are the caller's, are read during the call only, and stay untouched when there
-   * is nothing to search.
+   *                    is nothing to search.
    * @param maxError    [in] relative error, at least 0: octants that could only shorten a distance by less than this
    *                    share are left out. NaN is accepted: once targetNb are held, no further octant is entered.
    * @param maxProbe    [in] most entities to examine, lowered to the number that take part. 0 finds nothing.

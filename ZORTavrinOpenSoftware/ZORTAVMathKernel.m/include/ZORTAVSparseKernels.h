@@ -34,15 +34,17 @@
  *               used. While mode 1 runs, y holds intermediate results in another order.
  *
  * Aliasing: y overlaps no other argument.
- * Order: for each vector, i = 1..nrows: s := A(i,i)·x(i); for every entry a = A(i,j) of row i as stored: s := s +
- * a·x(j) and, in mode 1, y(j) := y(j) + a·x(i), where y starts from 0; then y(i) := s. That last step is an assignment:
- * an entry whose column lies above its row loses its contribution to y(j), unless j > nrows. Zero and NaN: every stored
- * entry takes part; NaN and infinity propagate. Errors: arguments are not checked. Threads: mode 1 divides groups of
- * four vectors (after the first nvec mod 4, which the caller's thread computes) among the default OpenMP team; safe to
- * call from several threads with different y. Positions are 64-bit. Reproducibility: the same bits for any team,
- * instruction set and platform; products and sums are rounded separately. Memory: no heap. Source: row-wise symmetric
- * product with shared loads, as in SPARSKIT and OSKI; register blocking after Mellor-Crummey and Garvin, Int. J. High
- * Perform. Comput. Appl. 18, 2004.
+ * Order: for each vector, i = 1..nrows: s := A(i,i)·x(i); for every entry a = A(i,j) of row i as stored: s := s + a·x(j)
+ * and, in mode 1, y(j) := y(j) + a·x(i), where y starts from 0; then y(i) := s. That last step is an assignment: an
+ * entry whose column lies above its row loses its contribution to y(j), unless j > nrows.
+ * Zero and NaN: every stored entry takes part; NaN and infinity propagate.
+ * Errors: arguments are not checked.
+ * Threads: mode 1 divides groups of four vectors (after the first nvec mod 4, which the caller's thread computes) among
+ * the default OpenMP team; safe to call from several threads with different y. Positions are 64-bit.
+ * Reproducibility: the same bits for any team, instruction set and platform; products and sums are rounded separately.
+ * Memory: no heap.
+ * Source: row-wise symmetric product with shared loads, as in SPARSKIT and OSKI; register blocking after Mellor-Crummey
+ * and Garvin, Int. J. High Perform. Comput. Appl. 18, 2004.
  */
 ZORTAV_ENTRY void eaxmvm(const int32_t* mode, const int32_t* nnz, const int32_t* nrows, const int32_t* n,
                          const int32_t* nvec, const int32_t* colidx, const int32_t* rowptr, const double* values,
@@ -60,9 +62,10 @@ ZORTAV_ENTRY void eaxmvm(const int32_t* mode, const int32_t* nnz, const int32_t*
  * @param type  [in] the code.
  * @param array [out] the elements.
  * @param count [in] how many, at least 0. A negative count writes nothing for codes 2 and below 0 and is not guarded
- * for codes 3, 4 and 5.
+ *              for codes 3, 4 and 5.
  *
- * Threads: safe for different arrays. Reproducibility: exact.
+ * Threads: safe for different arrays.
+ * Reproducibility: exact.
  */
 ZORTAV_ENTRY void eaxraz(const int32_t* type, void* array, const int32_t* count);
 
@@ -73,7 +76,9 @@ ZORTAV_ENTRY void eaxraz(const int32_t* type, void* array, const int32_t* count)
  * @param count     [in] how many; nothing is written below 1.
  * @param character [in] its first byte is taken.
  *
- * Aliasing: character may lie inside array. Threads: safe for different arrays. Reproducibility: exact.
+ * Aliasing: character may lie inside array.
+ * Threads: safe for different arrays.
+ * Reproducibility: exact.
  */
 ZORTAV_ENTRY void eaxmac(void* array, const int32_t* count, const char* character,
                          ZORTAV_HIDDEN_LENGTH(character_length));

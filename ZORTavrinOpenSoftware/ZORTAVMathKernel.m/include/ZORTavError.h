@@ -52,6 +52,7 @@ class ZOR_EXPORT ZORTavError : public ZORResourceError {
   /**
    * Raises message `id` of the error's catalog with 25 parameters.
    *
+   * @param id         [in] number of the message.
    * @param unused     [in] not read.
    * @param parameters [in] array of 25.
    */

@@ -15,8 +15,8 @@
  * @param id      [in] number of the message.
  * @param catalog [in] zero-terminated name of the catalog.
  * @param p1      [in] ... @param p9 [in] parameters: an int, a double or a zero-terminated text each. In the message
- * the integers are parameters 1 to 10, the reals 11 to 20 and the texts 21 to 25, each kind in the order given; those
- * that are not given are skipped and leave no gap. Texts beyond the fifth are left out.
+ *                the integers are parameters 1 to 10, the reals 11 to 20 and the texts 21 to 25, each kind in the order
+ *                given; those that are not given are skipped and leave no gap. Texts beyond the fifth are left out.
  *
  * Whether it becomes an error, a warning or an information is decided by what the catalog holds under the number, in
  * this order (ZORTavError.h describes the report). The caller goes on and returns its own status.

@@ -25,7 +25,7 @@ class ZOR_EXPORT ZORTavTypeEncapError : public ZORTavTypeEncap {
   /**
    * Appends the parameter to the list of its kind; an empty parameter and one of another kind is appended to none.
    *
-   * @param integers [in,out] @param reals [in,out] @param texts [in,out] the lists.
+   * @param integers, reals, texts [in,out] the lists.
    */
   void AddParameterInList(ZORRawCollint& integers, ZORRawColldouble& reals, ZORListValZORUnicodeString& texts) const;
 

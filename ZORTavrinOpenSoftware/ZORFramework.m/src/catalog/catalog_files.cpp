@@ -47,7 +47,9 @@ std::vector<fs::path> folders(const std::string& search_path) {
     const fs::path library = from_utf8(own.GetText());
     result.push_back(library);
     result.push_back(library / "msgcatalog");
+    // Under the prefix, whose libraries lie in lib or, on a system with several architectures, in a folder of lib.
     result.push_back(library / ".." / "share" / "ZORTAVMathKernel" / "msgcatalog");
+    result.push_back(library / ".." / ".." / "share" / "ZORTAVMathKernel" / "msgcatalog");
   }
   return result;
 }

@@ -1,0 +1,108 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Doxygen's input filter: prints a public header with its comments in Doxygen's notation.
+
+The comments are written to be read in the header. What differs for Doxygen, line for line:
+  - the comment at the top becomes the page of the file;
+  - "@param name [in] ..." has the direction behind the name, "@param a [in] ... @param d [in]" means a series a to d;
+  - lines indented by two blanks or more are formulas or tables and are set as they stand;
+  - "Label: text" at the start of a line, the label a known one, begins a paragraph of that name;
+  - the hidden lengths of option letters get their line.
+"""
+import re
+import sys
+
+LABELS = (
+    "Accuracy|Alignment|Aliasing|Bad arguments?|Elements|Errors?|Failure|Memory|NaN|Order|Reproducibility|Reproducible|"
+    "Source|Threads|Units|Zeros?(?: and NaN)?|Zeros, infinities and NaN|Zero|Method"
+)
+PARAM = re.compile(r"@param\s+(?P<names>\w+(?:, ?\w+)*)(?P<gap>\s+)(?:\[(?P<way>[^\]]*)\])?\s*(?P<text>.*)")
+SERIES = re.compile(r"@param\s+([a-z_]+)1\s+\[([^\]]*)\] \.\.\. @param \1(\d+)\s+\[[^\]]*\]\s*(.*)")
+WAYS = {"in": "[in]", "out": "[out]", "work": "[out]"}
+
+
+def parameter(line):
+    series = SERIES.match(line)
+    if series:
+        stem, way, last, text = series.groups()
+        names = ",".join(f"{stem}{i}" for i in range(1, int(last) + 1))
+        return f"@param{WAYS.get(way, '[in,out]')} {names} {text}"
+    found = PARAM.match(line)
+    if not found:
+        return line
+    names = found["names"].replace(" ", "")
+    way, text = found["way"], found["text"]
+    if way is None:
+        return f"@param {names} {text}"
+    remark = "(work array) " if way == "work" else "(destroyed) " if "destroyed" in way else ""
+    return f"@param{WAYS.get(way, '[in,out]')} {names} {remark}{text}"
+
+
+def sentences(line):
+    """A line, divided where a label begins in its middle."""
+    if line.startswith("  "):
+        return [line]
+    return re.sub(rf"(?<=\.) +(?=(?:{LABELS}): )", "\n", line).split("\n")
+
+
+def comment(lines):
+    """The lines of one comment, without its marks."""
+    result, verbatim, in_command, after_blank = [], False, False, True
+    for line in (part for line in lines for part in sentences(line)):
+        indented = re.match(r"  +\S", line) is not None
+        if not verbatim and indented and not in_command:
+            result.append("@verbatim")
+            verbatim = True
+        elif verbatim and line and not indented:
+            result.append("@endverbatim")
+            verbatim = False
+        if verbatim:
+            result.append(line)
+            continue
+        label = re.match(rf"({LABELS})(?: *): +(.*)", line)
+        if line.startswith("@"):
+            in_command = True
+            line = parameter(line)
+        elif label:
+            in_command = True
+            line = f"@par {label[1]}\n{label[2]}"
+        elif not line:
+            in_command = False
+        result.append(line.lstrip())
+    if verbatim:
+        result.append("@endverbatim")
+    return result
+
+
+def translated(text):
+    top = True
+
+    def replace(match):
+        nonlocal top
+        body, doxygen = match["body"], match["mark"] == "/**"
+        if not doxygen and not (top and "SPDX" not in body):
+            return match[0]
+        if "\n" not in body and doxygen:
+            return match[0]
+        lines = [re.sub(r"^\s*\* ?", "", line).rstrip() for line in body.split("\n")]
+        lines[0] = lines[0].strip()
+        if not doxygen:
+            top = False
+            lines = ["@file"] + lines
+        return "/**\n" + "\n".join(comment(lines)) + "\n*/"
+
+    text = re.sub(r"(?P<mark>/\*\*(?!<)|/\*(?!\*))(?P<body>.*?)\*/", replace, text, flags=re.S)
+    return re.sub(r"\n\*/(?=\nZORTAV_ENTRY[^;]*HIDDEN_LENGTH[^;]*;)", hidden_lengths, text)
+
+
+def hidden_lengths(match):
+    """The end of a comment, with the hidden lengths of the declaration behind it documented once for all entries."""
+    declaration = match.string[match.end():match.string.index(";", match.end())]
+    before = match.string[match.string.rindex("/**", 0, match.start()):match.start()]
+    names = [n for n in re.findall(r"HIDDEN_LENGTH\((\w+)\)", declaration) if not re.search(rf"@param\S* {n}\b", before)]
+    return (f"\n@param[in] {','.join(names)} hidden length; not read.\n*/") if names else match[0]
+
+
+if __name__ == "__main__":
+    with open(sys.argv[1], encoding="utf-8") as source:
+        sys.stdout.write(translated(source.read()))

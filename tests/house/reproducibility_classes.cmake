@@ -1,0 +1,22 @@
+# SPDX-License-Identifier: MIT
+# The PAGE on reproducibility gives every numerical entry point of LIST exactly one class: one row of its table.
+cmake_minimum_required(VERSION 3.25)
+
+file(STRINGS ${PAGE} rows REGEX "^\\| `.*\\| ")
+file(STRINGS ${LIST} entries)
+list(FILTER entries INCLUDE REGEX "^(e_|ea|eb|d|prdgemm)")
+if(NOT entries)
+  message(FATAL_ERROR "no numerical entry points in ${LIST}")
+endif()
+foreach(entry IN LISTS entries)
+  set(count 0)
+  foreach(row IN LISTS rows)
+    string(REGEX REPLACE "^(\\|[^|]*\\|).*" "\\1" names "${row}")
+    if(names MATCHES "`${entry}`")
+      math(EXPR count "${count} + 1")
+    endif()
+  endforeach()
+  if(NOT count EQUAL 1)
+    message(SEND_ERROR "${entry} has ${count} classes in ${PAGE}")
+  endif()
+endforeach()
