@@ -51,9 +51,10 @@ void add_products(std::int64_t rows, std::int64_t n, const Columns& columns, con
   if (order.pairs > 0) {
     RowBlock second(columns.a);
     std::fill_n(second.data(), rows, 0.0);
-    for_column_blocks(columns, order.peel, order.paired_end(), [&](std::size_t count, const double* a, const double* t) {
-      kernels.add_column_pairs(row_count, count / 2, a, columns.lda, t, sums, second.data());
-    });
+    for_column_blocks(columns, order.peel, order.paired_end(),
+                      [&](std::size_t count, const double* a, const double* t) {
+                        kernels.add_column_pairs(row_count, count / 2, a, columns.lda, t, sums, second.data());
+                      });
     vector_kernels().daxpy(row_count, 1.0, second.data(), sums);
   }
   add_columns(order.paired_end(), n);
