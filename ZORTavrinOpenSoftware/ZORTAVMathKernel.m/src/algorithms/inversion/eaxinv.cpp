@@ -12,6 +12,7 @@
 
 #include "ZORTAVInversion.h"
 #include "algorithms/inversion/inversion_kernel_table.h"
+#include "algorithms/inversion/plain_inversion.h"
 
 namespace zortav {
 namespace {
@@ -19,21 +20,37 @@ namespace {
 constexpr std::int32_t mode_general = 1;
 constexpr std::int32_t mode_symmetric_untested = 2;
 
+// From these orders on panels are faster (measured on Zen 4 with AVX-512).
+constexpr std::int32_t least_general_order = 80;
+constexpr std::int32_t least_symmetric_order = 128;
+
+void invert_general(std::int32_t n, std::int32_t lda, double* a, std::int32_t* ipiv) {
+  if (n < least_general_order) {
+    PlainInversion(lda, n, a).invert_general(ipiv);
+  } else {
+    inversion_kernels().invert_general(n, lda, a, ipiv);
+  }
+}
+
+bool invert_symmetric(std::int32_t n, std::int32_t lda, double* a, bool tested) {
+  return n < least_symmetric_order ? PlainInversion(lda, n, a).invert_symmetric(tested)
+                                   : inversion_kernels().invert_symmetric(n, lda, a, tested);
+}
+
 }  // namespace
 }  // namespace zortav
 
 void eaxinv(const int32_t* mode, const int32_t* lda, const int32_t* n, int32_t* ipiv, int32_t* ierr, double* a) {
   using namespace zortav;
-  const InversionKernelTable& kernels = inversion_kernels();
   switch (*mode) {
     case mode_general:
-      kernels.invert_general(*n, *lda, a, ipiv);
+      invert_general(*n, *lda, a, ipiv);
       break;
     case mode_symmetric_untested:
-      kernels.invert_symmetric(*n, *lda, a, false);
+      invert_symmetric(*n, *lda, a, false);
       break;
     default:
-      *ierr = kernels.invert_symmetric(*n, *lda, a, true) ? 0 : 1;
+      *ierr = invert_symmetric(*n, *lda, a, true) ? 0 : 1;
       break;
   }
 }
