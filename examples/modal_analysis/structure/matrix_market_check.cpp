@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "structure/input_error.h"
+#include "structure/text_lines.h"
 
 namespace modal {
 namespace {
@@ -35,32 +36,11 @@ struct Header {
 
 using Words = std::vector<std::string_view>;
 
-void split(std::string_view line, Words& words) {
-  words.clear();
-  constexpr std::string_view blank = " \t\r\v\f";
-  std::size_t at = line.find_first_not_of(blank);
-  while (at != std::string_view::npos) {
-    const std::size_t end = std::min(line.find_first_of(blank, at), line.size());
-    words.push_back(line.substr(at, end - at));
-    at = line.find_first_not_of(blank, end);
-  }
-}
-
 std::string lower_case(std::string_view word) {
   std::string text(word);
   std::transform(text.begin(), text.end(), text.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return text;
-}
-
-// The word as it may stand in a one-line message.
-std::string quoted(std::string_view word) {
-  constexpr std::size_t longest_quote = 24;
-  std::string text = "'";
-  for (const char c : word.substr(0, longest_quote)) {
-    text += std::isprint(static_cast<unsigned char>(c)) != 0 ? c : '?';
-  }
-  return text + (word.size() > longest_quote ? "...'" : "'");
 }
 
 bool parse_integer(std::string_view word, std::int64_t& value) {
@@ -97,7 +77,7 @@ class Lines {
     if (text_.size() > longest_line) {
       fault("longer than " + std::to_string(longest_line) + " characters");
     }
-    split(text_, words);
+    split_words(text_, words);
     return true;
   }
   // The next line that is neither blank nor a comment.
@@ -133,13 +113,13 @@ Header read_banner(Lines& lines) {
   const std::string field = lower_case(words[3]);
   const std::string symmetry = lower_case(words[4]);
   if (layout != "coordinate" && layout != "array") {
-    lines.fault("malformed header, layout " + quoted(words[2]) + " is neither coordinate nor array");
+    lines.fault("malformed header, layout " + quoted_word(words[2]) + " is neither coordinate nor array");
   }
   if (field != "real" && field != "integer") {
-    lines.fault("header field " + quoted(words[3]) + " is neither real nor integer");
+    lines.fault("header field " + quoted_word(words[3]) + " is neither real nor integer");
   }
   if (symmetry != "symmetric" && symmetry != "general") {
-    lines.fault("header symmetry " + quoted(words[4]) + " is neither symmetric nor general");
+    lines.fault("header symmetry " + quoted_word(words[4]) + " is neither symmetric nor general");
   }
   header.coordinate = layout == "coordinate";
   header.integer = field == "integer";
@@ -181,7 +161,7 @@ void read_sizes(Lines& lines, Header& header) {
 void check_index(const Lines& lines, const Header& header, const char* name, std::string_view word,
                  std::int64_t& index) {
   if (!parse_integer(word, index)) {
-    lines.fault(std::string("malformed ") + name + " index " + quoted(word));
+    lines.fault(std::string("malformed ") + name + " index " + quoted_word(word));
   }
   if (index < 1 || index > header.order) {
     lines.fault(std::string(name) + " index " + std::to_string(index) + " is out of range 1 .. " +
@@ -195,17 +175,17 @@ void check_value(const Lines& lines, const Header& header, std::string_view word
   double value = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (end != digits.data() + digits.size() || error == std::errc::invalid_argument || doubly_signed) {
-    lines.fault("malformed number " + quoted(word));
+    lines.fault("malformed number " + quoted_word(word));
   }
   if (error == std::errc::result_out_of_range) {  // too large, or so small that it rounds to 0
     value = std::strtod(std::string(digits).c_str(), nullptr);
   }
   if (!(std::fabs(value) < largest_value)) {
-    lines.fault("the value " + quoted(word) + " is not a finite number below 1e308");
+    lines.fault("the value " + quoted_word(word) + " is not a finite number below 1e308");
   }
   std::int64_t whole = 0;
   if (header.integer && !parse_integer(word, whole)) {
-    lines.fault("malformed integer " + quoted(word));
+    lines.fault("malformed integer " + quoted_word(word));
   }
 }
 
@@ -259,7 +239,7 @@ std::int64_t line_of_entry(const std::string& path, std::int64_t k) {
   Words words;
   std::int64_t data_lines = -1;  // the line of sizes comes first
   for (std::int64_t number = 1; std::getline(file, text); ++number) {
-    split(text, words);
+    split_words(text, words);
     if (!words.empty() && words.front().front() != '%' && data_lines++ == k) {
       return number;
     }

@@ -26,6 +26,17 @@ std::string quoted_word(std::string_view word) {
   return text + (word.size() > longest_quote ? "...'" : "'");
 }
 
+void split_words(std::string_view line, std::vector<std::string_view>& words) {
+  words.clear();
+  constexpr std::string_view blank = " \t\r\v\f";
+  std::size_t at = line.find_first_not_of(blank);
+  while (at != std::string_view::npos) {
+    const std::size_t end = std::min(line.find_first_of(blank, at), line.size());
+    words.push_back(line.substr(at, end - at));
+    at = line.find_first_not_of(blank, end);
+  }
+}
+
 TextLines::TextLines(const std::string& path) : path_(path), file_(path, std::ios::binary) {
   std::error_code error;
   if (!std::filesystem::exists(path, error)) {
@@ -37,7 +48,6 @@ TextLines::TextLines(const std::string& path) : path_(path), file_(path, std::io
 }
 
 bool TextLines::next() {
-  constexpr std::string_view blank = " \t\r\v\f";
   word_.clear();
   while (word_.empty()) {
     if (!std::getline(file_, text_)) {
@@ -47,13 +57,7 @@ bool TextLines::next() {
     if (text_.size() > longest_line) {
       fault("longer than " + std::to_string(longest_line) + " characters");
     }
-    const std::string_view line = text_;
-    std::size_t at = line.find_first_not_of(blank);
-    while (at != std::string_view::npos) {
-      const std::size_t end = std::min(line.find_first_of(blank, at), line.size());
-      word_.push_back(line.substr(at, end - at));
-      at = line.find_first_not_of(blank, end);
-    }
+    split_words(text_, word_);
   }
   return true;
 }

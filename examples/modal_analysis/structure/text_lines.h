@@ -13,6 +13,9 @@ namespace modal {
 // The word as it may stand in a one-line message.
 std::string quoted_word(std::string_view word);
 
+// The words of the line, in the place of what `words` held.
+void split_words(std::string_view line, std::vector<std::string_view>& words);
+
 class TextLines {
  public:
   // Throws InputError for what is not a file that can be read.
