@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The whole program, run as a child.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdlib>
 #include <iterator>
@@ -28,10 +27,9 @@ struct Outcome {
 class Program : public modaltest::TemporaryFolder {
  protected:
   Outcome run(const std::string& arguments, const std::string& environment = "") const {
-    const std::string command = "cd '" + folder_.string() + "' && " + environment + " '" MODAL_PROGRAM "' " +
-                                arguments + " >stdout.txt 2>stderr.txt </dev/null";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("stdout.txt"), read("stderr.txt")};
+    const int status =
+        zortest::run_program(folder_.string(), environment, MODAL_PROGRAM, arguments, "stdout.txt", "stderr.txt");
+    return {status, read("stdout.txt"), read("stderr.txt")};
   }
   // What a run prints that found its modes and missed none.
   std::string good_run(const std::string& arguments, const std::string& environment = "") const {
