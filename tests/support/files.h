@@ -31,7 +31,7 @@ class ScratchFolder {
     std::filesystem::remove_all(path_, ignored);
   }
   std::string path() const { return path_.string(); }
-  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+  std::string operator/(const std::string& name) const { return (path_ / name).make_preferred().string(); }
 
  private:
   std::filesystem::path path_;

@@ -6,8 +6,11 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 #include "ZORDescriptor.h"
 #include "system_status.h"
@@ -83,6 +86,21 @@ bool understand(const char* mode, Opening& opening) noexcept {
   }
 }
 
+// Whether every name in a path is as short as file systems want it; some systems say of a longer one that there is no
+// such file.
+bool names_fit(const std::wstring& path) noexcept {
+  constexpr std::size_t longest_name = 255;
+  std::size_t begin = 0;
+  while (begin < path.size()) {
+    const std::size_t end = std::min(path.find_first_of(L"/\\", begin), path.size());
+    if (end - begin > longest_name) {
+      return false;
+    }
+    begin = end + 1;
+  }
+  return true;
+}
+
 bool is_separator(char c) noexcept {
   return c == '/' || c == '\\' || c == ':';
 }
@@ -92,6 +110,9 @@ bool is_separator(char c) noexcept {
 int32_t ZORFileAccess(const ZORUnicodeString& path, int32_t mode, int32_t) noexcept {
   if ((mode & ~(ZORFileReadable | ZORFileWritable)) != 0) {
     return ZORStatusInvalidArgument;
+  }
+  if (!names_fit(zortav::wide(path))) {
+    return zortav::system_status(ERROR_FILENAME_EXCED_RANGE);
   }
   // Only an attempt tells what the access lists allow; these two rights mean the same for files and folders.
   const DWORD readable = (mode & ZORFileReadable) != 0 ? FILE_READ_DATA : 0U;
