@@ -27,8 +27,7 @@ HMODULE own_module(DWORD flags) noexcept {
 ZORUnicodeString zortav::library_folder() noexcept {
   constexpr DWORD longest_path = 4096;
   wchar_t path[longest_path];
-  const DWORD length =
-      GetModuleFileNameW(own_module(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT), path, longest_path);
+  const DWORD length = GetModuleFileNameW(own_module(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT), path, longest_path);
   wchar_t* const last_separator = length > 0 && length < longest_path ? std::wcsrchr(path, L'\\') : nullptr;
   if (last_separator == nullptr) {
     return {};
