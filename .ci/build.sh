@@ -34,3 +34,8 @@ build() {
   fi
   cmake --build --preset "$1" ${2:+--target "$2"} >"$log" 2>&1 || { cat "$log" >&2; return 1; }
 }
+
+# start_wine: makes the Windows of the build tree on its first use; programs that start together would each try to.
+start_wine() {
+  cmake/wine wineboot --init >build/wine.log 2>&1 || { cat build/wine.log >&2; return 1; }
+}

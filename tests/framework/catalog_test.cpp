@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The messages of catalogs, as an error tells them. Files are kept once read: every case has a folder of its own.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "ZORResourceError.h"
 #include "support/files.h"
+#include "test_system.h"
 
 namespace {
 
@@ -16,15 +17,17 @@ using zortav::test::captured;
 using zortav::test::ScratchFolder;
 using zortav::test::write;
 
+const std::string between(1, zortest::list_separator);
+
 class Catalog : public testing::Test {
  protected:
   void SetUp() override {
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-      unsetenv(name);
+      zortest::remove_variable(name);
     }
-    setenv("ZOR_MESSAGE_CATALOG_PATH", folder_.path().c_str(), 1);
+    zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", folder_.path().c_str());
   }
-  void TearDown() override { unsetenv("ZOR_MESSAGE_CATALOG_PATH"); }
+  void TearDown() override { zortest::remove_variable("ZOR_MESSAGE_CATALOG_PATH"); }
 
   // One message of the catalog file "Own_en.json" in this case's folder.
   void hold(const std::string& message) const { write(folder_ / "Own_en.json", "{\"ERR_0007\": " + message + "}"); }
@@ -74,12 +77,12 @@ TEST_F(Catalog, ParametersGoByNumber) {
                                   {"/p01 /p-1 /p99", "/p01 /p-1 <9>9"}};
   for (const auto& c : cases) {
     const ScratchFolder folder;
-    setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
+    zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str());
     write(folder / "Own_en.json", R"({"ERR_0007": {"diagnostic": ")" + std::string(c[0]) + R"("}})");
     EXPECT_EQ(diagnostic("Own", "ERR_0007", parameters), c[1]);
   }
   hold(R"({"diagnostic": "[/p1/p25]"})");
-  setenv("ZOR_MESSAGE_CATALOG_PATH", folder_.path().c_str(), 1);
+  zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", folder_.path().c_str());
   EXPECT_EQ(own(), "[]");
 }
 
@@ -88,17 +91,17 @@ TEST_F(Catalog, TheLocaleChoosesTheLanguage) {
   write(folder_ / "Own_fr.json", R"({"ERR_0007": {"diagnostic": "fr"}})");
   write(folder_ / "Own_de.json", R"({"ERR_0007": {"diagnostic": "de"}})");
   EXPECT_EQ(own(), "en");
-  setenv("LANG", "fr_CA.UTF-8", 1);
+  zortest::set_variable("LANG", "fr_CA.UTF-8");
   EXPECT_EQ(own(), "fr");
   EXPECT_EQ(diagnostic("Own", "ERR_0008"), "en only");
-  setenv("LC_MESSAGES", "de", 1);
+  zortest::set_variable("LC_MESSAGES", "de");
   EXPECT_EQ(own(), "de");
-  setenv("LC_ALL", "fr@euro", 1);
+  zortest::set_variable("LC_ALL", "fr@euro");
   EXPECT_EQ(own(), "fr");
-  setenv("LC_ALL", "", 1);
+  zortest::set_variable("LC_ALL", "");
   EXPECT_EQ(own(), "de");
   for (const char* no_language : {"C", "POSIX", "C.UTF-8", "it_IT", "../fr", "FR", "_"}) {
-    setenv("LC_ALL", no_language, 1);
+    zortest::set_variable("LC_ALL", no_language);
     EXPECT_EQ(own(), "en") << no_language;
   }
 }
@@ -107,7 +110,7 @@ TEST_F(Catalog, OwnMessagesAreCompiledInBehindTheirFiles) {
   const char* const kernel = "ZORTAVMathKernelError";
   const std::vector<ZORUnicodeString> parameters = {"2000", "1900"};
   for (const std::string language : {"en", "fr"}) {
-    setenv("LANG", language.c_str(), 1);
+    zortest::set_variable("LANG", language.c_str());
     for (const char* id : {"WARN_0300", "ERR_0302"}) {
       const std::string text = diagnostic(kernel, id, parameters);
       EXPECT_LT(text.find("2000 kilo"), text.find("1900 kilo")) << text;
@@ -118,7 +121,7 @@ TEST_F(Catalog, OwnMessagesAreCompiledInBehindTheirFiles) {
   }
   const std::string compiled_in = diagnostic(kernel, "ERR_1025");
   const ScratchFolder folder;
-  setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
+  zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str());
   write(folder / "ZORTAVMathKernelError_fr.json", R"({"ERR_0302": {"diagnostic": "ours"}})");
   EXPECT_EQ(diagnostic(kernel, "ERR_0302"), "ours");
   EXPECT_EQ(diagnostic(kernel, "ERR_1025"), compiled_in);
@@ -139,9 +142,9 @@ TEST_F(Catalog, FoldersAreSearchedInOrder) {
   write(folder_ / "b/Own_en.json", R"({"ERR_0007": {"diagnostic": "b"}})");
   write(folder_ / "c/Own_en.json", R"({"ERR_0007": {"diagnostic": "c"}})");
   write(folder_ / "d/Own_en.json", "{");
-  const std::string path =
-      "::" + (folder_ / "none") + ":" + (folder_ / "d") + ":" + (folder_ / "c/") + ":" + (folder_ / "b");
-  setenv("ZOR_MESSAGE_CATALOG_PATH", path.c_str(), 1);
+  const std::string path = between + between + (folder_ / "none") + between + (folder_ / "d") + between +
+                           (folder_ / "c/") + between + (folder_ / "b");
+  zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", path.c_str());
   const std::string reported = captured(stderr, [] { EXPECT_EQ(own(), "c"); });
   EXPECT_NE(reported.find(folder_ / "d/Own_en.json"), std::string::npos);
 }
@@ -168,11 +171,11 @@ TEST_F(Catalog, ABrokenFileIsReportedOnceAndTakenAsAbsent) {
                                 too_large};
   for (const std::string& text : broken) {
     const ScratchFolder folder;
-    setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
+    zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str());
     write(folder / "Own_en.json", text);
     const std::string reported = captured(stderr, [&] {
       EXPECT_EQ(own(), "") << text.substr(0, 60);
-      setenv("ZOR_MESSAGE_CATALOG_PATH", ((folder / "none") + ":" + folder.path().string()).c_str(), 1);
+      zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", (folder / "none") + between + folder.path());
       EXPECT_EQ(own(), "");
     });
     const std::size_t first = reported.find(folder / "Own_en.json");
@@ -184,10 +187,9 @@ TEST_F(Catalog, ABrokenFileIsReportedOnceAndTakenAsAbsent) {
 TEST_F(Catalog, OnlyPlainFilesOfPlainNamesAreRead) {
   write(folder_ / "Other_en.json", R"({"ERR_0007": {"diagnostic": "other"}})");
   const std::string deeper = folder_ / "deeper";
-  ASSERT_EQ(mkdir(deeper.c_str(), 0755), 0);
-  ASSERT_EQ(mkdir((deeper + "/Own_en.json").c_str(), 0755), 0);
-  ASSERT_EQ(mkfifo((deeper + "/Pipe_en.json").c_str(), 0644), 0);
-  setenv("ZOR_MESSAGE_CATALOG_PATH", deeper.c_str(), 1);
+  ASSERT_TRUE(std::filesystem::create_directories(deeper + "/Own_en.json"));
+  zortest::make_named_pipe(deeper + "/Pipe_en.json");
+  zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", deeper.c_str());
   const std::string absolute = folder_ / "Other";
   for (const char* name : {"../Other", absolute.c_str(), "Own", "Pipe", "", "\xFF"}) {
     EXPECT_EQ(captured(stderr, [&] { EXPECT_EQ(diagnostic(name, "ERR_0007"), "") << name; }), "");

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -82,8 +83,9 @@ TEST(Error, ACopyAndAnAssignmentTellTheSame) {
 }
 
 TEST(Error, ThrowEndsTheProcessWithTheWholeMessage) {
-  EXPECT_EXIT(ZORResourceError("ERR_1025", "ZORTAVMathKernelError").Throw("source.cpp", 12), testing::ExitedWithCode(1),
-              "too large to be counted[^(]*\\(source.cpp, line 12\\)");
+  EXPECT_EXIT(
+      ZORResourceError("ERR_1025", "ZORTAVMathKernelError").Throw("source.cpp", 12), testing::ExitedWithCode(1),
+      testing::AllOf(testing::HasSubstr("too large to be counted"), testing::EndsWith("(source.cpp, line 12)\n")));
 }
 
 // The place of a virtual operation in its class's table, as the platform's C++ encodes it.

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "ZORDescriptor.h"
 #include "ZORFile.h"
 #include "support/files.h"
+#include "test_system.h"
 
 namespace {
 
@@ -30,7 +29,7 @@ int32_t put(const std::string& file, const char* mode, const std::string& text) 
     EXPECT_EQ(descriptor, -1);
     return status;
   }
-  const auto written = write(descriptor, text.data(), text.size());
+  const auto written = write(descriptor, text.data(), static_cast<unsigned>(text.size()));
   EXPECT_EQ(ZORFClose(descriptor), 0);
   return static_cast<int32_t>(written);
 }
@@ -52,14 +51,16 @@ TEST(File, Access) {
 TEST(File, IdenticalHoweverWritten) {
   const zortav::test::ScratchFolder folder;
   std::filesystem::create_directories(folder / "a");
-  std::filesystem::create_directory_symlink(folder / "a", folder / "link");
-  EXPECT_EQ(ZORIdenticaleFile((folder / "a").c_str(), (folder / "link/../a/.").c_str()), 0);
+  std::error_code no_links;
+  std::filesystem::create_directory_symlink(folder / "a", folder / "link", no_links);
+  EXPECT_EQ(ZORIdenticaleFile((folder / "a").c_str(), (folder / (no_links ? "a/." : "link")).c_str()), 0);
+  EXPECT_EQ(ZORIdenticaleFile((folder / "a").c_str(), (folder / "a/../a/.").c_str()), 0);
   EXPECT_EQ(ZORIdenticaleFile((folder / "a").c_str(), folder.path().c_str()), 1);
   EXPECT_EQ(ZORIdenticaleFile((folder / "a").c_str(), (folder / "none").c_str()), missing);
 }
 
 TEST(File, PathOfFolderAndName) {
-  EXPECT_EQ(joined("/a", "b"), "/a/b");
+  EXPECT_EQ(joined("/a", "b"), std::string("/a") + zortest::path_separator + "b");
   EXPECT_EQ(joined("/a/", "b"), "/a/b");
   EXPECT_EQ(joined("", "b"), "b");
   EXPECT_EQ(joined("/a", ""), "refused");
@@ -91,12 +92,11 @@ TEST(File, CopyAndDelete) {
   const std::string to = folder / "to";
   const std::string long_text(200000, 'x');
   zortav::test::write(from, long_text);
-  chmod(from.c_str(), 0600);
+  const auto own_only = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+  std::filesystem::permissions(from, own_only);
   EXPECT_EQ(ZORFCopy(from.c_str(), to.c_str(), 1), 0);
   EXPECT_EQ(contents(to), long_text);
-  struct stat of_copy {};
-  stat(to.c_str(), &of_copy);
-  EXPECT_EQ(of_copy.st_mode & 0777U, 0600U);
+  EXPECT_EQ(std::filesystem::status(to).permissions(), std::filesystem::status(from).permissions());
 
   zortav::test::write(to, "kept");
   EXPECT_EQ(ZORFCopy(from.c_str(), to.c_str(), 1), ZORStatusFileExists);
@@ -120,8 +120,8 @@ TEST(File, CopyAndDelete) {
   }
   int32_t descriptor = 0;
   ZORFOpen(file.c_str(), "a+c", &descriptor);
-  const bool inherited = (fcntl(descriptor, F_GETFD) & FD_CLOEXEC) == 0;
-  const bool nothing_left_behind = fcntl(0, F_GETFD) == -1;
+  const bool inherited = zortest::is_inherited(descriptor);
+  const bool nothing_left_behind = !zortest::is_open(0);
   std::_Exit(descriptor > 2 && !inherited && nothing_left_behind ? 0 : 1);
 }
 

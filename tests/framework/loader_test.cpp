@@ -1,21 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include "ZORLoader.h"
+#include "test_system.h"
 
 namespace {
 
 bool loaded() {
-  void* const library = dlopen("libzortav_test_module.so", RTLD_NOW | RTLD_NOLOAD);
-  if (library != nullptr) {
-    dlclose(library);
-  }
-  return library != nullptr;
+  return zortest::is_library_loaded("zortav_test_module");
 }
 
 TEST(Loader, FindsAnEntryAndNothingElse) {
-  const char* const module = "zortav_test_module";  // its folder is in LD_LIBRARY_PATH
+  const char* const module = "zortav_test_module";  // its folder is in the loader's path
   const char* const missing[][2] = {{module, "no_such_entry"},      {"no_such_library", "zortav_test_entry"},
                                     {"", "zortav_test_entry"},      {"../zortav_test_module", "zortav_test_entry"},
                                     {nullptr, "zortav_test_entry"}, {module, nullptr}};

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The order of eagemm's tests in a process whose threading mode is not 2: what is delegated, what is checked, what
 // stops.
-#include <fenv.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,6 +9,7 @@
 
 #include "ZORMathematics.h"
 #include "matrix_kernels/product_oracle.h"
+#include "test_system.h"
 
 namespace {
 
@@ -62,9 +62,10 @@ TEST(ProductRoutes, ABadArgumentStopsTheProcess) {
 // The traps that are left of the divide-by-zero trap, run in a child.
 template <class Product>
 [[noreturn]] void exit_with_traps_after(Product product) {
-  feenableexcept(FE_DIVBYZERO);
+  zortest::trap_divisions_by_zero();
   product();
-  std::exit(fegetexcept() == FE_DIVBYZERO ? 1 : fegetexcept() == 0 ? 0 : 2);
+  using zortest::Traps;
+  std::exit(zortest::traps() == Traps::division_by_zero ? 1 : zortest::traps() == Traps::none ? 0 : 2);
 }
 
 TEST(ProductRoutes, OnlyTheDelegatedRouteOfEagemmClearsTheTraps) {

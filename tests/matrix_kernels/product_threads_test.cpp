@@ -2,18 +2,15 @@
 // eagemm in a process in threading mode 2: the team's size does not show in the result, callers may overlap, the stack
 // that a thread needs is bounded.
 #include <gtest/gtest.h>
-#include <omp.h>
-#include <pthread.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <functional>
-#include <memory>
 #include <thread>
+#include <vector>
 
 #include "ZORTAVConfiguration.h"
 #include "matrix_kernels/product_oracle.h"
+#include "team.h"
+#include "test_system.h"
 
 namespace {
 
@@ -53,11 +50,11 @@ TEST(ProductThreads, TheTeamDoesNotShowInTheBits) {
     const Operands operands = random_operands({ops[0], ops[1], 403, 130, 300, -1.25, 0.5});
     const auto expected = operands.in_stated_order();
     for (const int threads : {1, 2, 3, 7}) {
-      omp_set_num_threads(threads);
+      zortest::set_team(threads);
       zortest::expect_same_bits(expected, operands.product());
     }
   }
-  omp_set_num_threads(2);
+  zortest::set_team(2);
 }
 
 TEST(ProductThreads, SeveralCallersAtOnce) {
@@ -76,37 +73,40 @@ TEST(ProductThreads, SeveralCallersAtOnce) {
   }
 }
 
-// How many bytes of its stack a thread wrote to, found by painting the stack before.
-std::size_t stack_written_by(std::function<void()> run) {
-  constexpr std::size_t size = 1024 * 1024;
-  constexpr std::size_t page = 4096;
-  constexpr unsigned char paint = 0xA5;
-  const std::unique_ptr<void, decltype(&std::free)> stack(std::aligned_alloc(page, size), &std::free);
-  std::memset(stack.get(), paint, size);
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  pthread_attr_setstack(&attributes, stack.get(), size);
-  pthread_t thread;
-  const auto start = [](void* argument) -> void* {
-    (*static_cast<std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  EXPECT_EQ(0, pthread_create(&thread, &attributes, start, &run));
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-  const auto* const bytes = static_cast<const unsigned char*>(stack.get());
-  return static_cast<std::size_t>(bytes + size - std::find_if(bytes, bytes + size, [](auto b) { return b != paint; }));
-}
-
 TEST(ProductThreads, TheStackOfACallIsBounded) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizer widens every frame";
 #endif
   // Both transposed: the caller carries both packing buffers.
   const Operands operands = random_operands({'T', 'T', 170, 97, 250, 1.0, 1.0});
-  const std::size_t written = stack_written_by([&operands] { operands.product(); });
+  const std::size_t written = zortest::stack_written_by([&operands] { operands.product(); });
   EXPECT_GT(written, 248U * (80 + 96) * sizeof(double)) << "not all of it was seen";
   EXPECT_LE(written, 384U * 1024);
+}
+
+// What a thread of a small stack must carry: its own buffers and those of the caller, whatever else the frames hold.
+TEST(ProductThreads, ASmallStackCarriesACallAlsoOnEightThreadsAtOnce) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer widens every frame";
+#endif
+  constexpr std::size_t small_stack = 512 * 1024;
+  const Operands operands = random_operands({'T', 'T', 170, 97, 250, 1.0, 1.0});
+  const auto expected = operands.in_stated_order();
+  for (const std::size_t callers : {1U, 8U}) {
+    std::vector<std::vector<double>> results(callers);
+    std::vector<std::thread> starters;
+    starters.reserve(callers);
+    for (auto& result : results) {
+      starters.emplace_back(
+          [&] { EXPECT_TRUE(zortest::run_with_stack(small_stack, [&] { result = operands.product(); })); });
+    }
+    for (auto& starter : starters) {
+      starter.join();
+    }
+    for (const auto& result : results) {
+      zortest::expect_same_bits(expected, result);
+    }
+  }
 }
 
 }  // namespace

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // eaxmvm against the product in its documented order, bit for bit.
 #include <gtest/gtest.h>
-#include <omp.h>
 
 #include <cstdlib>
 #include <memory>
 #include <utility>
 
 #include "matrix_kernels/sparse_matrices.h"
+#include "team.h"
 
 using namespace zortest;
 
@@ -31,7 +31,7 @@ void expect_product(int mode, const LowerRows& a, int nvec, Random& random) {
 TEST(SparseProduct, KeepsItsOrderForEveryVectorCountAndTeam) {
   Random random(11);
   for (int threads = 1; threads <= 3; ++threads) {
-    omp_set_num_threads(threads);
+    zortest::set_team(threads);
     for (int nvec = 0; nvec <= 13; ++nvec) {
       const int n = random.integer(60, 90);
       SCOPED_TRACE(testing::Message() << threads << " threads, " << nvec << " vectors, n = " << n);

@@ -3,14 +3,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <regex>
 #include <string>
 
 #include "modal_analysis/temporary_folder.h"
+#include "test_system.h"
 
 namespace modaltest {
 
@@ -25,10 +24,9 @@ struct Outcome {
 class Program : public TemporaryFolder {
  protected:
   Outcome run(const std::string& arguments, const std::string& environment = "") const {
-    const std::string command = "cd '" + folder_.string() + "' && " + environment + " '" MODAL_PROGRAM "' " +
-                                arguments + " >stdout.txt 2>stderr.txt </dev/null";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("stdout.txt"), read("stderr.txt")};
+    const int status =
+        zortest::run_program(folder_.string(), environment, MODAL_PROGRAM, arguments, "stdout.txt", "stderr.txt");
+    return {status, read("stdout.txt"), read("stderr.txt")};
   }
   // What a run prints that found its modes and missed none.
   std::string good_run(const std::string& arguments, const std::string& environment = "") const {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Threads change times, not results. Run with OMP_NUM_THREADS above 1.
 #include <gtest/gtest.h>
-#include <omp.h>
 
 #include "ZORTAVConfiguration.h"
 #include "modal_analysis/solver_matrices.h"
 #include "modes/modal_solver.h"
+#include "team.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ TEST(SolverThreads, SameBitsWithAnyNumberOfThreads) {
   std::int32_t decision = 0;
   ehaldb(&decision);
   for (const int threads : {1, 3}) {
-    omp_set_num_threads(threads);
+    zortest::set_team(threads);
     const modal::ModalResult result = modal::find_lowest_modes(k, m, 5, quiet);
     zortest::expect_same_bits(before.eigenvalue, result.eigenvalue);
     zortest::expect_same_bits({before.mode.begin(), before.mode.end()}, {result.mode.begin(), result.mode.end()});

@@ -3,12 +3,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+
+#include "test_system.h"
 
 namespace modaltest {
 
@@ -16,7 +17,7 @@ class TemporaryFolder : public testing::Test {
  protected:
   void SetUp() override {
     const std::string test = testing::UnitTest::GetInstance()->current_test_info()->name();
-    folder_ = std::filesystem::temp_directory_path() / ("modal-" + test + std::to_string(::getpid()));
+    folder_ = std::filesystem::temp_directory_path() / ("modal-" + test + std::to_string(zortest::process_number()));
     std::filesystem::create_directories(folder_);
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The configuration is decided once per process from its environment: every case is a process of its own.
 #include <gtest/gtest.h>
-#include <omp.h>
-#include <sched.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -17,6 +14,8 @@
 #include "ZORSystem.h"
 #include "ZORTAVConfiguration.h"
 #include "services/configuration/threading_mode.h"
+#include "team.h"
+#include "test_system.h"
 
 namespace {
 
@@ -32,20 +31,6 @@ std::string results_of_getblas() {
   return std::to_string(r[0]) + "," + std::to_string(r[1]) + "," + std::to_string(r[2]);
 }
 
-int team_size() {
-  int size = 0;
-#pragma omp parallel reduction(+ : size)
-  size += 1;
-  return size;
-}
-
-void keep_one_processor() {
-  cpu_set_t mask;
-  CPU_ZERO(&mask);
-  CPU_SET(sched_getcpu(), &mask);
-  sched_setaffinity(0, sizeof mask, &mask);
-}
-
 // Obeys the words in order and gives the answers. NAME=VALUE sets a variable, -NAME removes it, ?NAME asks for it.
 std::string obey(const std::string& words) {
   std::ostringstream answers;
@@ -53,13 +38,13 @@ std::string obey(const std::string& words) {
   for (std::string word; split >> word;) {
     const std::size_t equals = word.find('=');
     if (equals != std::string::npos) {
-      setenv(word.substr(0, equals).c_str(), word.substr(equals + 1).c_str(), 1);
+      zortest::set_variable(word.substr(0, equals), word.substr(equals + 1));
     } else if (word[0] == '-') {
-      unsetenv(word.c_str() + 1);
+      zortest::remove_variable(word.substr(1));
     } else if (word == "one-processor") {
-      keep_one_processor();
+      zortest::keep_one_processor();
     } else if (word[0] == '?') {
-      const char* value = std::getenv(word.c_str() + 1);
+      const char* value = ZORGetEnv(word.c_str() + 1);
       answers << (value != nullptr ? value : "unset") << " ";
     } else if (word == "getblas") {
       answers << results_of_getblas() << " ";
@@ -68,7 +53,7 @@ std::string obey(const std::string& words) {
                   : word == "ehumem" ? result_of(ehumem)
                   : word == "mode"   ? zortav::threading_mode()
                   : word == "cores"  ? ZORCpuQuery::GetCores()
-                  : word == "team"   ? team_size()
+                  : word == "team"   ? zortest::team_size()
                                      : -77)
               << " ";
     }
@@ -90,7 +75,7 @@ struct Case {
 void check(const std::vector<Case>& cases) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";  // a new process, whose runtime libraries start afresh
   for (const Case& c : cases) {
-    clearenv();
+    zortest::remove_all_variables();
     obey(c.variables);
     EXPECT_EXIT(obey_and_exit(c.words), testing::ExitedWithCode(0), "^" + c.expected + " $")
         << c.words << " with " << c.variables;
@@ -139,8 +124,8 @@ TEST(Configuration, TheDecisionIsZeroAndIsTakenOnce) {
 }
 
 TEST(Configuration, WorkingMemory) {
-  const int64_t machine = sysconf(_SC_PHYS_PAGES) * sysconf(_SC_PAGESIZE);
-  EXPECT_EQ(ZORGetPhysicalMemory(), static_cast<uint64_t>(machine));
+  const auto machine = static_cast<int64_t>(zortest::physical_memory());
+  EXPECT_EQ(ZORGetPhysicalMemory(), zortest::physical_memory());
   const std::string measured = std::to_string(std::clamp<int64_t>(machine / 8, 536000000, 2144000000));
   check({{"", "ehumem TAV_REAL_MEMORY=16000 ehumem", measured + " " + measured},
          {"TAV_REAL_MEMORY=16000", "ehumem -TAV_REAL_MEMORY ehumem", "2097152000 2097152000"},
@@ -158,10 +143,10 @@ struct Value {
 };
 
 TEST(Configuration, ThreadCount) {
-  unsetenv("OMP_NUM_THREADS");
+  zortest::remove_variable("OMP_NUM_THREADS");
   EXPECT_EQ(result_of(ehucpu), 1);
   for (const Value& value : {Value{"", 1}, {" 12 threads", 12}, {"0x10", 16}, {"010", 8}, {"-3", -3}, {"many", 1}}) {
-    setenv("OMP_NUM_THREADS", value.text, 1);
+    zortest::set_variable("OMP_NUM_THREADS", value.text);
     EXPECT_EQ(result_of(ehucpu), value.expected) << value.text;
   }
 }
@@ -171,10 +156,10 @@ TEST(Configuration, LargestAllocation) {
   const Value values[] = {{"", unlimited},     {"much", unlimited}, {"-1", unlimited},   {"1", 128018},
                           {"2096", 268325728}, {"2097", unlimited}, {"3000", unlimited}, {"5000", 103219088}};
   for (const Value& value : values) {
-    setenv("TAV_MAX_ALLOC", value.text, 1);
+    zortest::set_variable("TAV_MAX_ALLOC", value.text);
     EXPECT_EQ(result_of(ehalmxc), value.expected) << value.text;
   }
-  unsetenv("TAV_MAX_ALLOC");
+  zortest::remove_variable("TAV_MAX_ALLOC");
   EXPECT_EQ(result_of(ehalmxc), unlimited);
 }
 

@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "services/managed_memory.h"
+#include "test_system.h"
 
 namespace {
 
@@ -17,12 +18,12 @@ using Sizes = std::vector<std::size_t>;
 constexpr int never = MemoryRefusal::never;
 
 struct MemoryFailures : zortest::MemoryTest {
-  MemoryFailures() { unsetenv("TAV_MAX_ALLOC"); }
-  ~MemoryFailures() override { unsetenv("TAV_MAX_ALLOC"); }
+  MemoryFailures() { zortest::remove_variable("TAV_MAX_ALLOC"); }
+  ~MemoryFailures() override { zortest::remove_variable("TAV_MAX_ALLOC"); }
 };
 
 TEST_F(MemoryFailures, WarningModeRefusesWhatIsLargerThanAllowed) {
-  setenv("TAV_MAX_ALLOC", "1", 1);  // 128018 words, 1000 kilobytes
+  zortest::set_variable("TAV_MAX_ALLOC", "1");  // 128018 words, 1000 kilobytes
   Manager manager;
   ASSERT_EQ(manager.allocate({8}), 0);
   const long long most = 128016 * 8;

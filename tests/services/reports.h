@@ -11,6 +11,7 @@
 
 #include "ZORTavError.h"
 #include "support/files.h"
+#include "test_system.h"
 
 namespace zortest {
 
@@ -22,8 +23,8 @@ class Reports {
 
   Reports(const std::string& catalog, const Messages& messages) {
     write(catalog, messages);
-    setenv("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str(), 1);
-    setenv("LC_ALL", "C", 1);
+    zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str());
+    zortest::set_variable("LC_ALL", "C");
     told.clear();
     SetErrorLog(&Reports::tell);
     testing::internal::CaptureStdout();
@@ -33,7 +34,7 @@ class Reports {
   ~Reports() {
     testing::internal::GetCapturedStdout();
     SetErrorLog(nullptr);
-    unsetenv("ZOR_MESSAGE_CATALOG_PATH");
+    zortest::remove_variable("ZOR_MESSAGE_CATALOG_PATH");
   }
 
   // One more catalog, before anything is reported.

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
-#include <time.h>
 
 #include <chrono>
 #include <cmath>
@@ -9,6 +8,7 @@
 #include <valarray>
 
 #include "ZORTavTimer.h"
+#include "test_system.h"
 
 namespace {
 
@@ -20,15 +20,9 @@ void expect_at_most(const Seconds& less, const Seconds& more) {
   EXPECT_LE(less[1], more[1] + 0.003);
 }
 
-double seconds_of(clockid_t clock) {
-  timespec t{};
-  clock_gettime(clock, &t);
-  return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
-}
-
 // Clocks of the system's own, cut to the 32 bits of a millisecond counter.
 Seconds now() {
-  return {seconds_of(CLOCK_PROCESS_CPUTIME_ID), std::fmod(seconds_of(CLOCK_BOOTTIME), 4294967.296)};
+  return {zortest::process_seconds(), std::fmod(zortest::seconds_since_start(), 4294967.296)};
 }
 
 Seconds sums(const ZORTavTimer& timer) {
@@ -38,8 +32,8 @@ Seconds sums(const ZORTavTimer& timer) {
 // In a thread of its own: the timer counts the whole process.
 void work() {
   std::thread([] {
-    const double end = seconds_of(CLOCK_THREAD_CPUTIME_ID) + 0.06;
-    while (seconds_of(CLOCK_THREAD_CPUTIME_ID) < end) {
+    const double end = zortest::thread_seconds() + 0.06;
+    while (zortest::thread_seconds() < end) {
     }
   }).join();
 }

@@ -2,8 +2,6 @@
 // What tests of files and of output need: a folder of their own, and what a call writes to a standard stream.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,14 +9,20 @@
 #include <iterator>
 #include <string>
 
+#include "ZORDescriptor.h"
+#include "test_system.h"
+
 namespace zortav::test {
 
 // A new empty folder, removed with all that is in it.
 class ScratchFolder {
  public:
   ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "zortav_XXXXXX").string();
-    path_ = mkdtemp(name.data());
+    static int made = 0;
+    do {
+      path_ = std::filesystem::temp_directory_path() /
+              ("zortav_" + std::to_string(zortest::process_number()) + "_" + std::to_string(++made));
+    } while (!std::filesystem::create_directory(path_));
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
@@ -26,15 +30,16 @@ class ScratchFolder {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
   }
-  const std::filesystem::path& path() const { return path_; }
-  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+  std::string path() const { return path_.string(); }
+  std::string operator/(const std::string& name) const { return (path_ / name).make_preferred().string(); }
 
  private:
   std::filesystem::path path_;
 };
 
+// As a text: on every platform a line ends with one character.
 inline std::string contents(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
+  std::ifstream stream(file);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
@@ -50,12 +55,12 @@ std::string captured(std::FILE* stream, Run run) {
   const ScratchFolder folder;
   const std::string name = folder / "captured";
   std::FILE* const file = std::fopen(name.c_str(), "w");
-  const int saved = dup(fileno(stream));
-  dup2(fileno(file), fileno(stream));
+  const int saved = ZORDuplicateDescriptor(zortest::descriptor_of(stream));
+  ZORReplaceDescriptor(zortest::descriptor_of(file), zortest::descriptor_of(stream));
   run();
   std::fflush(stream);
-  dup2(saved, fileno(stream));
-  close(saved);
+  ZORReplaceDescriptor(saved, zortest::descriptor_of(stream));
+  ZORReleaseDescriptor(saved);
   std::fclose(file);
   return contents(name);
 }

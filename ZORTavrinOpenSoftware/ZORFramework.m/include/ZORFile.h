@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /* Files and folders by name. Every operation returns a status (ZORStatus.h): 0 or more is success, and a failure that
- * the system reported carries its cause in the low 16 bits; a file that does not exist has 2 there. Names are UTF-8.
- * Nothing throws. All may be called from any thread. */
+ * the system reported carries its cause in the low 16 bits; a file that does not exist has 2 there. Names are UTF-8. A
+ * file is opened as the platform's text: on Windows a line ends with two bytes there. Nothing throws. All may be called
+ * from any thread. */
 #ifndef ZOR_FILE_H
 #define ZOR_FILE_H
 

@@ -18,9 +18,9 @@ struct LibraryHandler {
 /**
  * Looks up an entry of a shared library and loads the library for it.
  *
- * @param library   [in] zero-terminated bare name, without folder, prefix and suffix: on Linux "x" stands for libx.so,
- *                  which the system's loader searches in its usual places (LD_LIBRARY_PATH, the system's folders). A
- *                  name with a folder is not found.
+ * @param library   [in] zero-terminated bare name, without folder, prefix and suffix: "x" stands for libx.so on Linux
+ * and x.dll on Windows, which the system's loader searches in its usual places (LD_LIBRARY_PATH and the system's
+ * folders; the program's folder, the system's and PATH). A name with a folder is not found.
  * @param entry     [in] zero-terminated name of the entry.
  * @param third     [in] reserved, "".
  * @param reserved1 [in] reserved, 0.

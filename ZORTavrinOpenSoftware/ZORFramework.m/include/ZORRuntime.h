@@ -43,4 +43,13 @@ ZOR_EXPORT void ZORRuntimeWriteRecord(const char* text, int number);
  */
 ZOR_EXPORT void ZORRuntimeSetExceptionMode(int mode);
 
+/**
+ * Tells the threading runtime that runs the library's parallel regions how many threads the environment asks for, where
+ * that runtime is the library's own and nobody else can (Windows). Where the process has one for all (Linux), the
+ * runtime has read the environment and the program may have decided otherwise since: nothing happens.
+ *
+ * @param threads [in] the thread count of the environment; one below 1 changes nothing.
+ */
+ZOR_EXPORT void ZORRuntimeFollowThreadCount(int32_t threads);
+
 #endif

@@ -12,8 +12,8 @@
  * The value of an environment variable.
  *
  * @param name [in] zero-terminated name.
- * @return the zero-terminated value (owned by the environment), or null when the variable is not set. A variable that
- *         is set but empty is set.
+ * @return the zero-terminated value in UTF-8 (owned by the environment), or null when the variable is not set. A
+ * variable that is set but empty is set.
  *
  * Threads: not while another thread changes the environment.
  */

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Bad arguments of eagemv and dgemvf.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "ZORDescriptor.h"
 #include "ZORTAVMatrixVectorProduct.h"
 #include "support/numbers.h"
+#include "test_system.h"
 
 namespace zortest {
 namespace {
@@ -61,9 +63,9 @@ TEST(MatrixVectorMisuse, TheProductStopsTheProcess) {
 
 // Run in a child, whose standard output the parent reads as its standard error.
 [[noreturn]] void print_record(const Arguments& arguments) {
-  dup2(STDERR_FILENO, STDOUT_FILENO);
+  ZORReplaceDescriptor(zortest::descriptor_of(stderr), zortest::descriptor_of(stdout));
   const bool untouched = call(dgemvf, arguments);
-  _exit(untouched ? 0 : 3);  // without a flush: the record is out by now
+  std::_Exit(untouched ? 0 : 3);  // without a flush: the record is out by now
 }
 
 TEST(MatrixVectorMisuse, TheGeneralKernelPrintsTheNumberAndReturns) {

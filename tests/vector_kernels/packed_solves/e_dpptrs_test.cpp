@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// e_dpptrs with and without the outside library: which of the two it is, LD_LIBRARY_PATH decides.
-#include <dlfcn.h>
+// e_dpptrs with and without the outside library: which of the two it is, the loader's path decides.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
 #include "ZORTAVPackedSolves.h"
+#include "test_system.h"
 
 namespace zortest {
 namespace {
@@ -16,7 +16,7 @@ constexpr int32_t ldb = 5;
 constexpr double u[] = {2, 1, 4};
 
 TEST(PackedCholeskySolve, HandsAllToTheOutsideRoutineWhereThereIsOne) {
-  if (std::getenv("LD_LIBRARY_PATH") == nullptr) {
+  if (std::getenv("OUTSIDE_LIBRARY_IN_REACH") == nullptr) {
     GTEST_SKIP() << "the outside library is not in reach";
   }
   double b[15] = {};
@@ -30,7 +30,7 @@ TEST(PackedCholeskySolve, HandsAllToTheOutsideRoutineWhereThereIsOne) {
 }
 
 TEST(PackedCholeskySolve, LooksOnlyOnce) {
-  if (std::getenv("LD_LIBRARY_PATH") != nullptr) {
+  if (std::getenv("OUTSIDE_LIBRARY_IN_REACH") != nullptr) {
     GTEST_SKIP() << "the outside library is in reach";
   }
   for (int call = 1; call <= 2; ++call) {
@@ -44,7 +44,7 @@ TEST(PackedCholeskySolve, LooksOnlyOnce) {
     e_dpptrs("L", &n, &nrhs, u, b, &ldb, &info);
     EXPECT_EQ(info, 1);
     // From now on the loader would find it.
-    ASSERT_NE(dlopen(OUTSIDE_LIBRARY, RTLD_NOW | RTLD_LOCAL), nullptr) << dlerror();
+    ASSERT_NE(zortest::load_library(OUTSIDE_LIBRARY), nullptr);
   }
 }
 

@@ -27,3 +27,5 @@ void ZORRuntimeSetExceptionMode(int mode) {
     fedisableexcept(FE_ALL_EXCEPT);
   }
 }
+
+void ZORRuntimeFollowThreadCount(int32_t /*threads*/) {}

@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "ZORMathematics.h"
+#include "ZORRuntime.h"
 #include "ZORSystem.h"
 #include "ZORTAVConfiguration.h"
 #include "services/configuration/threading_mode.h"
@@ -30,8 +31,10 @@ std::int32_t fix_thread_count() {
 
 // 0 where nobody has decided: a run that writes the solver log keeps the runtime's own thread count.
 std::int32_t thread_count() {
-  if (const char* threads = ZORGetEnv("OMP_NUM_THREADS")) {
-    return std::atoi(threads);
+  if (const char* value = ZORGetEnv("OMP_NUM_THREADS")) {
+    const std::int32_t threads = std::atoi(value);
+    ZORRuntimeFollowThreadCount(threads);
+    return threads;
   }
   return ZORGetEnv("ADL_ODT_OUT") == nullptr ? fix_thread_count() : 0;
 }
