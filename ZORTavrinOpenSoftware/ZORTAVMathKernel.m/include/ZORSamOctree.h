@@ -278,8 +278,7 @@ class ZOR_EXPORT ZORSamNeighborTree : public ZORSamOctree {
   ZORSamNeighborTree();
   ~ZORSamNeighborTree() override;
 
-  /** Makes a ZORSamNeighborNode; what overrides it must make a class derived from that. As ZORSamOctree::CreateOctant.
-   */
+  /** As ZORSamOctree::CreateOctant, of ZORSamNeighborNode; what overrides it makes a class derived from that. */
   int32_t CreateOctant(ZORSamOctant*& out) const override;
 
   /**
@@ -298,7 +297,8 @@ class ZOR_EXPORT ZORSamNeighborTree : public ZORSamOctree {
    *
    *     k = 1, 8, 32       uniform in a cube: 0.984, 0.985, 0.983       on a sphere: 0.993, 0.991, 0.990
    *
-   * All are found, in order, when targetNb is at least the number of entities that take part.
+   * With these arguments no entity nearer than d/√3 is ever missed, d being the largest distance returned. All are
+   * found, in order, when targetNb is at least the number of entities that take part.
    *
    * An entity at the same distance as one that is held goes behind it. The place is found by bisection, which stops at
    * the first equal distance that it meets: of three or more equal ones, the later may come between the earlier.

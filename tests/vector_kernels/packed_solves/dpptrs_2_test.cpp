@@ -2,8 +2,6 @@
 // dpptrs_2 and the single solve eacort, which must agree with it to the bit.
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "ZORTAVMatrixUtilities.h"
 #include "ZORTAVPackedSolves.h"
 #include "support/numbers.h"
@@ -84,35 +82,9 @@ TEST(PackedCholesky, KeepsTheOrderForEveryNumberOfRightHandSides) {
 
 TEST(PackedCholesky, CrossesItsBlocksOfRows) {
   Random random(32);
-  for (const std::size_t n : {255, 256, 257, 300, 519}) {
+  for (const std::size_t n : {255U, 256U, 257U, 300U, 519U}) {
     expect_solutions(random, n, 4, 520);
     expect_solutions(random, n, n < 300 ? 66 : 17, 520);
-  }
-}
-
-TEST(PackedCholesky, SolvesTheEquations) {
-  Random random(33);
-  const std::size_t n = 90;
-  const int32_t order = 90;
-  const int32_t nrhs = 5;
-  const std::vector<double> u = random_factor(random, n);
-  const std::vector<double> b = random.vector(n * 5);
-  std::vector<double> x = b;
-  int32_t info = 0;
-  dpptrs_2("u", &order, &nrhs, u.data(), x.data(), &order, &info);
-  for (std::size_t r = 0; r < 5; ++r) {
-    for (std::size_t i = 0; i < n; ++i) {
-      double residual = -b[i + r * n];
-      double size = 0;
-      for (std::size_t j = 0; j < n; ++j) {
-        for (std::size_t k = 0; k <= std::min(i, j); ++k) {
-          const double term = u[at(k, i)] * u[at(k, j)] * x[j + r * n];
-          residual += term;
-          size += std::fabs(term);
-        }
-      }
-      ASSERT_LE(std::fabs(residual), 4. * n * 0x1p-53 * size) << i << ", " << r;
-    }
   }
 }
 
@@ -136,14 +108,19 @@ TEST(PackedCholesky, SpecialCases) {
   eacort(nullptr, &one, u.data(), &b);
   EXPECT_EQ(b, 3);
 
-  // Zeros are multiplied like any number, and what is not a number stays in its right-hand side.
-  std::vector<double> infinite{1, inf, 1};
-  std::vector<double> x{1, 0, 0, 0, nan, 1, 2, 2, 3, 3};
+  // Zeros are multiplied like any number, which only the sign of another zero tells.
+  const std::vector<double> negative{1, -1, 1};
+  for (const int32_t& nrhs : {one, five}) {
+    std::vector<double> zeros{-0.0, 0, -0.0, 0, -0.0, 0, -0.0, 0, -0.0, 0};
+    int32_t info = 0;
+    dpptrs_2("U", &two, &nrhs, negative.data(), zeros.data(), &two, &info);
+    EXPECT_TRUE(same_bits(0.0, zeros[0])) << nrhs;
+  }
+
+  // What is not a number stays in its right-hand side.
   int32_t info = 0;
-  dpptrs_2("U", &two, &five, infinite.data(), x.data(), &two, &info);
-  EXPECT_NE(x[2], x[2]) << "0·inf";
-  std::vector<double> finite{1, 1, 1};
-  x = {2, 2, nan, 0, 4, 4, inf, 0, 3, 3};
+  const std::vector<double> finite{1, 1, 1};
+  std::vector<double> x{2, 2, nan, 0, 4, 4, inf, 0, 3, 3};
   dpptrs_2("U", &two, &five, finite.data(), x.data(), &two, &info);
   EXPECT_EQ(x[0], 2);
   EXPECT_NE(x[2], x[2]);

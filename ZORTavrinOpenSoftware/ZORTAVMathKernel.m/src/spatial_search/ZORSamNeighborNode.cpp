@@ -67,7 +67,8 @@ int32_t ZORSamNeighborNode::GetNeighbors(ZORSamOctinfo& rec) const {
   }
   const auto& tree = static_cast<const ZORSamNeighborTree&>(*tree_);
   const auto search = [this, &rec](uint32_t child) {
-    return static_cast<const ZORSamNeighborNode*>(childs_[child])->GetNeighbors(rec);
+    const auto* node = static_cast<const ZORSamNeighborNode*>(childs_[child]);
+    return node->IsLeaf() ? node->CollectNeighbors(rec) : node->GetNeighbors(rec);
   };
   int32_t status = ZORSamStatusOk;
   const uint32_t own = GetChildIndex(tree.queryX_, tree.queryY_, tree.queryZ_);
