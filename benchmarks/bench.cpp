@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <string>
 
@@ -45,9 +46,7 @@ void print_conditions() {
       "time: of the processor for one thread, elapsed for two; data: warm, as the call before left it\n\n");
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   zorbench::Options options;
   CLI::App arguments("Measures the routines beside their peers in one process and prints one table.");
   arguments.add_option("routine", options.routines, "beginnings of the names of the routines wanted; none: all");
@@ -66,6 +65,18 @@ int main(int argc, char** argv) {
                              zorbench::cholesky, zorbench::eigen_solver, zorbench::inversion, zorbench::octree}) {
     family(report);
   }
+  std::printf("load at the end: %s\n", first_line_with("/proc/loadavg", "").c_str());
   report.summary();
   return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return EXIT_FAILURE;
+  }
 }

@@ -64,7 +64,7 @@ void transpose(Report& report, const Bricks& a) {
   Integers index(a.from_1.size());
   const cs_di at = view(a);
   CholmodPattern cholmod(a.elements, a.nodes, a.ptr.data(), a.from_0.data());
-  Case c("eaunle", "elements=" + std::to_string(a.elements), a.ptr.back(), "Mentry/s");
+  Case c("eaunle", "elements=" + std::to_string(a.elements), static_cast<double>(a.ptr.back()), "Mentry/s");
   c.target(1.0, "CXSparse");
   c.target(0.8, "CHOLMOD");
   c.ours([&] { eaunle(&a.nodes, &a.elements, nullptr, a.ptr.data(), a.from_1.data(), ptr.data(), index.data()); });

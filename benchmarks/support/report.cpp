@@ -85,6 +85,7 @@ std::string Report::verdicts(const Case& c, const std::vector<Timing>& timings) 
   std::string all;
   for (const Target& target : c.targets()) {
     double reached = 0.0;
+    bool disturbed = timings[0].disturbed;
     if (target.of == "limit") {
       reached = c.least_seconds() / timings[0].seconds;
     } else {
@@ -93,10 +94,14 @@ std::string Report::verdicts(const Case& c, const std::vector<Timing>& timings) 
         continue;
       }
       reached = timings[peer].ratio;
+      disturbed = disturbed || timings[peer].disturbed;
     }
     const bool met = reached >= target.least - tolerance;
-    all += text("%s %.2f of %s: %.2f;  ", met ? "met" : "MISSED", target.least, target.of.c_str(), reached);
-    if (met) {
+    const char* const verdict = disturbed ? "disturbed" : met ? "met" : "MISSED";
+    all += text("%s %.2f of %s: %.2f;  ", verdict, target.least, target.of.c_str(), reached);
+    if (disturbed) {
+      ++undecided_;
+    } else if (met) {
       ++met_;
     } else {
       missed_.push_back(
@@ -138,7 +143,11 @@ void Report::print_csv(const Case& c, const std::vector<Timing>& timings) const 
 void Report::summary() const {
   std::vector<Miss> misses = missed_;
   std::stable_sort(misses.begin(), misses.end(), [](const Miss& a, const Miss& b) { return a.share < b.share; });
-  std::printf("\n%zu targets met, %zu missed\n", met_, misses.size());
+  std::printf("\n%zu targets met, %zu missed", met_, misses.size());
+  if (undecided_ != 0) {
+    std::printf(", %zu undecided: other programs disturbed every sample of two threads", undecided_);
+  }
+  std::printf("\n");
   for (const Miss& miss : misses) {
     std::printf("  %3.0f%%  %s\n", 100.0 * miss.share, miss.text.c_str());
   }

@@ -42,6 +42,7 @@ class Report {
   Options options_;
   std::FILE* csv_ = nullptr;
   std::size_t met_ = 0;
+  std::size_t undecided_ = 0;
   std::vector<Miss> missed_;
 };
 
