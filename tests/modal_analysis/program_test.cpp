@@ -190,6 +190,7 @@ TEST_F(Program, ReplacesTheFilesOfAnEarlierRunAndLeavesNothingElse) {
   for (const std::string mesh : {"2x2", "3x2"}) {
     good_run("--modes 2 --out results --mesh " + mesh);
   }
+  good_run("--modes 2 --mesh 2x2 --out Gr\xC3\xB6n");  // not of plain letters only
   EXPECT_NE(read("results/modes.vtk").find("3 x 2"), std::string::npos);
   EXPECT_EQ(std::distance(fs::directory_iterator(path("results")), fs::directory_iterator()), 2);
 }
