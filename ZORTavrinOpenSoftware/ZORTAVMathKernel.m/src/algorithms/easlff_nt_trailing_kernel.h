@@ -14,8 +14,12 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// A block's strips on the stack: 192 KiB.
-constexpr Index front_strip_elements = 24576;
+// A block's strips on the stack: 288 KiB.
+constexpr Index front_strip_elements = 36864;
+
+// Columns whose factors are gathered at once: the panel's columns lie far apart, each on a page of its own.
+constexpr Index factor_columns = 48;
+static_assert(factor_columns % tile_columns == 0);
 
 class RowsBelow {
  public:
@@ -34,8 +38,11 @@ class RowsBelow {
         }
       }
       store();
-      for (Index c = panel_.pivots; c < end_; c += tile_columns) {
-        update_columns(c, strips);
+      for (Index first = panel_.pivots; first < end_; first += factor_columns) {
+        gather_factors(first);
+        for (Index c = first; c < first + factor_columns && c < end_; c += tile_columns) {
+          update_columns(c, factors_ + (c - first) * panel_.pivots, strips);
+        }
       }
     }
   }
@@ -86,36 +93,41 @@ class RowsBelow {
     }
   }
 
-  // g of the columns from c on; 0 for columns that the front does not have.
-  void gather_factors(Index c) {
-    const Index columns = f_.n - c < tile_columns ? f_.n - c : tile_columns;
-    for (Index p = 0; p < panel_.pivots; ++p) {
-      const double* const l = f_.column(p) + c;
-      double* const to = factors_ + p * tile_columns;
-      if (columns == tile_columns) {
-        for (Index q = 0; q < tile_columns; ++q) {
-          to[q] = -l[q] * panel_.d[p];
-        }
-      } else {
-        for (Index q = 0; q < tile_columns; ++q) {
-          to[q] = q < columns ? -l[q] * panel_.d[p] : 0;
+  // g of the columns from `first` on, tile after tile; 0 for columns that the front does not have.
+  void gather_factors(Index first) {
+    using Piece = hn::CappedTag<double, tile_columns % 4 == 0 ? 4 : 2>;
+    const Piece d;
+    double* to = factors_;
+    const double* l = f_.column(0) + first;
+    for (Index p = 0; p < panel_.pivots; l += f_.n - ++p, to += tile_columns) {
+      const auto pivot = hn::Set(d, panel_.d[p]);
+      for (Index c = 0; c < factor_columns; c += tile_columns) {
+        double* const tile = to + c * panel_.pivots;
+        if (first + c + tile_columns <= f_.n) {
+          for (Index q = 0; q < tile_columns; q += static_cast<Index>(hn::MaxLanes(d))) {
+            hn::StoreU(hn::Mul(hn::Neg(hn::LoadU(d, l + c + q)), pivot), d, tile + q);
+          }
+        } else {
+          for (Index q = 0; q < tile_columns; ++q) {
+            tile[q] = first + c + q < f_.n ? -l[c + q] * panel_.d[p] : 0;
+          }
         }
       }
     }
   }
 
-  HWY_INLINE void update_tile(const double* strip, double* const* column, Index row) const {
+  HWY_INLINE void update_tile(const double* strip, const double* factors, double* const* column, Index row) const {
     for (Index part = 0; part < strip_rows; part += tile_rows) {
       const auto place = [&](int q) { return column[q] + row + part; };
       TileVectors t;
       load_tile(place, t);
-      add_products(panel_.pivots, strip + part, factors_, t);
+      add_products(panel_.pivots, strip + part, factors, t);
       store_tile(place, t);
     }
   }
 
   // Of a tile at (row, c) that is not all of the front's triangle, what is.
-  void update_part(const double* strip, double* const* column, Index row, Index c) const {
+  void update_part(const double* strip, const double* factors, double* const* column, Index row, Index c) const {
     alignas(64) double copy[tile_columns][strip_rows] = {};
     double* copies[tile_columns];
     const Index end = row + strip_rows < end_ ? strip_rows : end_ - row;
@@ -125,7 +137,7 @@ class RowsBelow {
         copy[q][i] = column[q][row + i];
       }
     }
-    update_tile(strip, copies, 0);
+    update_tile(strip, factors, copies, 0);
     for (Index q = 0; q < tile_columns; ++q) {
       for (Index i = c + q > row ? c + q - row : 0; i < end; ++i) {
         column[q][row + i] = copy[q][i];
@@ -133,18 +145,22 @@ class RowsBelow {
     }
   }
 
-  HWY_NOINLINE void update_columns(Index c, Index strips) {
-    gather_factors(c);
+  HWY_NOINLINE void update_columns(Index c, const double* factors, Index strips) {
     double* column[tile_columns];
+    double* next[tile_columns];
     for (Index q = 0; q < tile_columns; ++q) {
       column[q] = f_.column(c + q);
+      next[q] = f_.column(c + q + tile_columns);
     }
     for (Index s = c > top_ ? (c - top_) / strip_rows : 0; s < strips; ++s) {
       const Index row = top_ + s * strip_rows;
       if (row >= c + tile_columns - 1 && row + strip_rows <= end_) {
-        update_tile(strip(s), column, row);
+        for (Index q = 0; q < tile_columns; ++q) {
+          __builtin_prefetch(next[q] + row, 1, 2);
+        }
+        update_tile(strip(s), factors, column, row);
       } else {
-        update_part(strip(s), column, row, c);
+        update_part(strip(s), factors, column, row, c);
       }
     }
   }
@@ -154,7 +170,7 @@ class RowsBelow {
   double* x_;
   Index top_ = 0;
   Index end_ = 0;
-  alignas(64) double factors_[panel_pivots * tile_columns];
+  alignas(64) double factors_[panel_pivots * factor_columns];
 };
 
 }  // namespace
