@@ -33,30 +33,45 @@ constexpr std::int16_t too_high = std::numeric_limits<std::int16_t>::max();
 
 constexpr std::int64_t does_not_fit = -1;
 
-// The columns of the rows of A that hold column i, in any order; returns how many, or does_not_fit.
-HWY_INLINE std::int64_t gather_columns(const PatternPair& a, std::int32_t i, std::int32_t* columns) {
-  constexpr std::int64_t usual_length = 8;  // of a row of A: the nodes of a brick
+// Copies row k of A behind the `count` columns that are there; returns how many are there then. What is beyond
+// row_capacity is not copied.
+HWY_INLINE std::int64_t append_row(const PatternPair& a, std::int32_t k, std::int32_t* columns, std::int64_t count) {
+  constexpr std::int64_t usual_length = 8;  // the nodes of a brick
   const ColumnTag d;
-  std::int64_t count = 0;
-  const std::int32_t* const end = a.idx_t + a.ptr_t[i];
-  for (const std::int32_t* k = a.idx_t + a.ptr_t[i - 1]; k != end; ++k) {
-    const std::int64_t first = a.ptr_a[*k - 1];
-    const std::int64_t length = a.ptr_a[*k] - first;
-    const std::int32_t* const from = a.idx_a + first;
-    std::int32_t* const to = columns + count;
-    count += length;
-    if (count > row_capacity) {
-      return does_not_fit;
-    }
-    if (length == usual_length) {
+  const std::int64_t first = a.ptr_a[k - 1];
+  const std::int64_t length = a.ptr_a[k] - first;
+  const std::int32_t* const from = a.idx_a + first;
+  std::int32_t* const to = columns + count;
+  count += length;
+  if (HWY_LIKELY(length == usual_length)) {
+    if (HWY_LIKELY(count <= row_capacity)) {
       for (std::size_t at = 0; at < usual_length; at += column_lanes) {
         hn::StoreU(hn::LoadU(d, from + at), d, to + at);
       }
-    } else {
-      for (std::int64_t at = 0; at < length; ++at) {
-        to[at] = from[at];
-      }
     }
+  } else if (count <= row_capacity) {
+    for (std::int64_t at = 0; at < length; ++at) {
+      to[at] = from[at];
+    }
+  }
+  return count;
+}
+
+// The columns of the rows of A that hold column i, in any order; returns how many, whether they fit or not.
+HWY_INLINE std::int64_t gather_columns(const PatternPair& a, std::int32_t i, std::int32_t* columns) {
+  constexpr std::int32_t usual_rows = 8;  // the bricks around a node; a loop's end would be mispredicted
+  std::int64_t count = 0;
+  const std::int32_t* k = a.idx_t + a.ptr_t[i - 1];
+  const std::int32_t rows = a.ptr_t[i] - a.ptr_t[i - 1];
+  if (HWY_LIKELY(rows == usual_rows)) {
+#pragma GCC unroll 8
+    for (std::int32_t r = 0; r < usual_rows; ++r) {
+      count = append_row(a, k[r], columns, count);
+    }
+    return count;
+  }
+  for (std::int32_t r = 0; r < rows && count <= row_capacity; ++r) {
+    count = append_row(a, k[r], columns, count);
   }
   return count;
 }
@@ -72,17 +87,15 @@ HWY_INLINE bool sort_distances(std::int32_t i, std::int32_t* columns, std::int64
     hn::StoreU(hn::Set(d, std::numeric_limits<std::int32_t>::max()), d, columns + at);
   }
   const ColumnVec diagonal = hn::Set(d, i);
-  for (std::size_t k = 0; k < R; ++k) {
+  unrolled<R>([&](auto k) __attribute__((always_inline)) {
     const std::int32_t* const from = columns + k * distance_lanes;
     // Saturates; the order of the numbers does not matter yet.
     r[k] = hn::ReorderDemote2To(distances, hn::Sub(hn::LoadU(d, from), diagonal),
                                 hn::Sub(hn::LoadU(d, from + column_lanes), diagonal));
-  }
+  });
   SortingNetwork<DistanceTag>::sort(r);
   alignas(64) std::int16_t sorted[R * distance_lanes];
-  for (std::size_t k = 0; k < R; ++k) {
-    hn::Store(r[k], distances, sorted + k * distance_lanes);
-  }
+  unrolled<R>([&](auto k) __attribute__((always_inline)) { hn::Store(r[k], distances, sorted + k * distance_lanes); });
   const auto last = static_cast<std::size_t>(count - 1);
   return sorted[0] != too_low && sorted[last % R * distance_lanes + last / R] != too_high;
 }
@@ -95,10 +108,14 @@ HWY_INLINE void for_repeated(const DistanceVec (&r)[R], const Repeats& repeats) 
   if constexpr (distance_lanes == 16) {
     before = hn::ConcatLowerLower(d, r[R - 1], before);
   }
-  repeats(0, hn::Eq(r[0], hn::CombineShiftRightBytes<16 - sizeof(std::int16_t)>(d, r[R - 1], before)));
-  for (std::size_t k = 1; k < R; ++k) {
-    repeats(k, hn::Eq(r[k], r[k - 1]));
-  }
+  before = hn::CombineShiftRightBytes<16 - sizeof(std::int16_t)>(d, r[R - 1], before);
+  unrolled<R>([&](auto k) __attribute__((always_inline)) {
+    if constexpr (k == 0) {
+      repeats(k, hn::Eq(r[0], before));
+    } else {
+      repeats(k, hn::Eq(r[k], r[k - 1]));
+    }
+  });
 }
 
 // The length of row i, or does_not_fit.
@@ -110,31 +127,33 @@ HWY_INLINE std::int64_t count_distinct(std::int32_t i, std::int32_t* columns, st
     return does_not_fit;
   }
   std::size_t repeated = 0;
-  for_repeated(r, [&](std::size_t, auto mask) HWY_ATTR { repeated += hn::CountTrue(DistanceTag(), mask); });
+  for_repeated(r, [&](std::size_t, auto mask) __attribute__((always_inline)) { repeated += hn::CountTrue(DistanceTag(), mask); });
   // Less the diagonal and the filling.
   return capacity - static_cast<std::int64_t>(repeated) - (count < capacity ? 2 : 1);
 }
 
 // The registers, each a row of a matrix with a column for each lane, to that matrix column after column: lower halves
 // first, then upper halves, where a register holds two blocks.
-template <std::size_t R>
-HWY_INLINE void to_columns(DistanceVec* r) {
-  if constexpr (R > 1) {
-    using Unit = hwy::MakeSigned<hwy::UnsignedFromSize<R / 2 * sizeof(std::int16_t)>>;
+template <std::size_t R, std::size_t rows = 1>
+HWY_INLINE void to_columns(DistanceVec (&r)[R]) {
+  if constexpr (rows < R) {
+    using Unit = hwy::SignedFromSize<rows * sizeof(std::int16_t)>;
     const DistanceTag d;
     const hn::Repartition<Unit, DistanceTag> units;
-    to_columns<R / 2>(r);
-    to_columns<R / 2>(r + R / 2);
-    DistanceVec out[R];
-    for (std::size_t k = 0; k < R / 2; ++k) {
-      const auto first = hn::BitCast(units, r[k]);
-      const auto second = hn::BitCast(units, r[k + R / 2]);
-      out[2 * k] = hn::BitCast(d, hn::InterleaveLower(units, first, second));
-      out[2 * k + 1] = hn::BitCast(d, hn::InterleaveUpper(units, first, second));
-    }
-    for (std::size_t k = 0; k < R; ++k) {
-      r[k] = out[k];
-    }
+    DistanceVec joined[R];
+    // r[k] of each group of 2·rows registers holds units of `rows` numbers: of the group's first and second half.
+    unrolled<R>([&](auto k) __attribute__((always_inline)) {
+      if constexpr (k % (2 * rows) < rows) {
+        constexpr std::size_t group = k - k % (2 * rows);
+        constexpr std::size_t at = k % (2 * rows);
+        const auto first = hn::BitCast(units, r[k]);
+        const auto second = hn::BitCast(units, r[k + rows]);
+        joined[group + 2 * at] = hn::BitCast(d, hn::InterleaveLower(units, first, second));
+        joined[group + 2 * at + 1] = hn::BitCast(d, hn::InterleaveUpper(units, first, second));
+      }
+    });
+    unrolled<R>([&](auto k) __attribute__((always_inline)) { r[k] = joined[k]; });
+    to_columns<R, 2 * rows>(r);
   }
 }
 
@@ -149,30 +168,27 @@ HWY_INLINE std::int64_t write_distinct(std::int32_t i, std::int32_t* columns, st
   }
   DistanceVec kept[R];
   const DistanceVec left_out = hn::Set(d, too_low);
-  for_repeated(r, [&](std::size_t k, auto mask) HWY_ATTR {
+  for_repeated(r, [&](auto k, auto mask) __attribute__((always_inline)) {
     kept[k] = hn::IfThenElse(hn::Or(mask, hn::Eq(r[k], hn::Zero(d))), left_out, r[k]);
   });
-  to_columns<R>(kept);
+  to_columns(kept);
   const ColumnVec diagonal = hn::Set(column_tag, i);
   std::int64_t length = 0;
-  const auto write = [&](hn::Vec<hn::Half<DistanceTag>> half) HWY_ATTR {
+  const auto write = [&](auto half) __attribute__((always_inline)) {
     const ColumnVec distance = hn::PromoteTo(column_tag, half);
     const auto keep = hn::Ne(distance, hn::Set(column_tag, too_low));
     hn::StoreU(hn::Compress(hn::Add(distance, diagonal), keep), column_tag, row + length);
     length += static_cast<std::int64_t>(hn::CountTrue(column_tag, keep));
   };
+  const hn::Half<DistanceTag> half_tag;
   if constexpr (distance_lanes == 16) {
-    for (const DistanceVec v : kept) {
-      write(hn::LowerHalf(v));
-    }
-    for (const DistanceVec v : kept) {
-      write(hn::UpperHalf(hn::Half<DistanceTag>(), v));
-    }
+    unrolled<R>([&](auto k) __attribute__((always_inline)) { write(hn::LowerHalf(kept[k])); });
+    unrolled<R>([&](auto k) __attribute__((always_inline)) { write(hn::UpperHalf(half_tag, kept[k])); });
   } else {
-    for (const DistanceVec v : kept) {
-      write(hn::LowerHalf(v));
-      write(hn::UpperHalf(hn::Half<DistanceTag>(), v));
-    }
+    unrolled<R>([&](auto k) __attribute__((always_inline)) {
+      write(hn::LowerHalf(kept[k]));
+      write(hn::UpperHalf(half_tag, kept[k]));
+    });
   }
   // One number of the filling stands at the end.
   return count < static_cast<std::int64_t>(R * distance_lanes) ? length - 1 : length;
@@ -196,10 +212,10 @@ HWY_INLINE std::int32_t for_rows(const PatternPair& a, std::int32_t from, std::i
       empty_row(i);
       continue;
     }
-    const bool fits = count > half      ? row(i, Registers<most>(), columns, count)
+    const bool fits = count > row_capacity ? false
+                      : count > half      ? row(i, Registers<most>(), columns, count)
                       : count > quarter ? row(i, Registers<most / 2>(), columns, count)
-                      : count > 0       ? row(i, Registers<most / 4>(), columns, count)
-                                        : false;
+                                        : row(i, Registers<most / 4>(), columns, count);
     if (!fits) {
       return i;
     }

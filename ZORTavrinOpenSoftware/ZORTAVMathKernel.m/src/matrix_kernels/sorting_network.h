@@ -8,11 +8,25 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <type_traits>
+#include <utility>
 
 #include "dispatch/kernel_unit.h"
 
 namespace zortav::ZORTAV_LEVEL {
 namespace {
+
+// step(k) for k = 0..count-1, each k a constant: arrays of registers stay in registers only where every index is one
+// from the start.
+template <class Step, std::size_t... k>
+HWY_INLINE void unrolled(const Step& step, std::index_sequence<k...>) {
+  (step(std::integral_constant<std::size_t, k>()), ...);
+}
+template <std::size_t count, class Step>
+HWY_INLINE void unrolled(const Step& step) {
+  unrolled(step, std::make_index_sequence<count>());
+}
 
 template <class D>
 class SortingNetwork {
@@ -40,13 +54,9 @@ class SortingNetwork {
   static HWY_INLINE void sort_lanes(Vec (&r)[R]) {
     static_assert(R == 1 || R == 2 || R == 4 || R == 8);
     if constexpr (R == 8) {
-      constexpr std::uint8_t pairs[][2] = {{0, 2}, {1, 3}, {4, 6}, {5, 7}, {0, 4}, {1, 5}, {2, 6},
-                                           {3, 7}, {0, 1}, {2, 3}, {4, 5}, {6, 7}, {2, 4}, {3, 5},
-                                           {1, 4}, {3, 6}, {1, 2}, {3, 4}, {5, 6}};
-#pragma GCC unroll 19
-      for (const auto& pair : pairs) {
-        order(r[pair[0]], r[pair[1]]);
-      }
+      constexpr std::size_t low[] = {0, 1, 4, 5, 0, 1, 2, 3, 0, 2, 4, 6, 2, 3, 1, 3, 1, 3, 5};
+      constexpr std::size_t high[] = {2, 3, 6, 7, 4, 5, 6, 7, 1, 3, 5, 7, 4, 5, 4, 6, 2, 4, 6};
+      unrolled<std::size(low)>([&](auto k) __attribute__((always_inline)) { order(r[low[k]], r[high[k]]); });
     } else if constexpr (R == 4) {
       order(r[0], r[2]);
       order(r[1], r[3]);
@@ -91,20 +101,19 @@ class SortingNetwork {
   template <std::size_t R, std::size_t distance>
   static HWY_INLINE void merge_between_lanes(Vec (&r)[R]) {
     if constexpr (distance >= 1) {
-      for (auto& v : r) {
-        v = smaller_then_larger<distance>(v, exchanged<distance>(v));
-      }
+      unrolled<R>([&](auto k) __attribute__((always_inline)) { r[k] = smaller_then_larger<distance>(r[k], exchanged<distance>(r[k])); });
       merge_between_lanes<R, distance / 2>(r);
     }
   }
-  template <std::size_t count>
-  static HWY_INLINE void merge_between_registers(Vec* r) {
-    if constexpr (count > 1) {
-      for (std::size_t k = 0; k < count / 2; ++k) {
-        order(r[k], r[k + count / 2]);
-      }
-      merge_between_registers<count / 2>(r);
-      merge_between_registers<count / 2>(r + count / 2);
+  template <std::size_t R, std::size_t distance = R / 2>
+  static HWY_INLINE void merge_between_registers(Vec (&r)[R]) {
+    if constexpr (distance >= 1) {
+      unrolled<R>([&](auto k) __attribute__((always_inline)) {
+        if constexpr ((k & distance) == 0) {
+          order(r[k], r[k + distance]);
+        }
+      });
+      merge_between_registers<R, distance / 2>(r);
     }
   }
 
@@ -113,12 +122,10 @@ class SortingNetwork {
   static HWY_INLINE void merge_lanes(Vec (&r)[R]) {
     if constexpr (width < lanes) {
       Vec merged[R];
-      for (std::size_t k = 0; k < R; ++k) {
+      unrolled<R>([&](auto k) __attribute__((always_inline)) {
         merged[k] = smaller_then_larger<width>(r[k], exchanged<2 * width - 1>(r[R - 1 - k]));
-      }
-      for (std::size_t k = 0; k < R; ++k) {
-        r[k] = merged[k];
-      }
+      });
+      unrolled<R>([&](auto k) __attribute__((always_inline)) { r[k] = merged[k]; });
       merge_between_lanes<R, width / 2>(r);
       merge_between_registers<R>(r);
       merge_lanes<R, 2 * width>(r);
