@@ -3,10 +3,12 @@
 // failure can be repeated.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace zortest {
@@ -28,7 +30,7 @@ inline const std::vector<std::uint64_t>& seeds() {
                                     fixed.begin() + static_cast<std::ptrdiff_t>(std::min(count, fixed.size())));
     if (count > fixed.size()) {
       some.push_back(std::random_device()());
-      std::printf("the seed of this run: ZORTAV_TEST_SEED=%llu\n", static_cast<unsigned long long>(some.back()));
+      std::printf("the seed of this run: ZORTAV_TEST_SEED=%s\n", std::to_string(some.back()).c_str());
     }
     return some;
   }();

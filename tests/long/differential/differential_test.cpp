@@ -6,8 +6,9 @@
 // ZORTAV_TEST_SEED    this seed only; with ZORTAV_TEST_CASE this case only, as a failure prints them
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <iterator>
+#include <algorithm>
+#include <cmath>
+#include <functional>
 
 #include "long/differential/trial.h"
 #include "long/seeds.h"
@@ -39,6 +40,32 @@ TEST_P(Differential, AgreesWithItsOracle) {
                                 << "\nto repeat it: ZORTAV_TEST_SEED=" << seed << " ZORTAV_TEST_CASE=" << number;
     }
   }
+}
+
+// What the comparison must see, one thing at a time.
+TEST(Comparison, SeesAChangedElementAGuardWordAndASumOutOfItsBound) {
+  const auto difference = [](const std::function<void(Trial&, Reals&)>& change) {
+    Trial trial(1, 0, {});
+    change(trial, trial.reals({1.0, -0.0, nan}));
+    return trial.difference();
+  };
+  EXPECT_EQ(difference([](Trial&, Reals& x) { x.data()[2] = -nan; }), "");
+  EXPECT_NE(difference([](Trial&, Reals& x) { x.data()[0] = std::nextafter(1.0, 2.0); }), "");
+  EXPECT_NE(difference([](Trial&, Reals& x) { x.data()[1] = 0.0; }), "");
+  EXPECT_NE(difference([](Trial&, Reals& x) { x.data()[2] = 0; }), "");
+  EXPECT_NE(difference([](Trial&, Reals& x) { x.data()[3] = 0; }), "");
+  EXPECT_NE(difference([](Trial&, Reals& x) { x.data()[-1] = 0; }), "");
+  const Within one_of_three = sum_of(3, 1.0L, 1.0L);
+  EXPECT_EQ(difference([&](Trial&, Reals& x) {
+              x.data()[0] = 1 + 3 * 0x1p-52;
+              x.expect_within(0, one_of_three);
+            }),
+            "");
+  for (const double wrong : {1 + 4 * 0x1p-52, nan, inf}) {
+    EXPECT_NE(difference([&](Trial& trial, Reals&) { trial.expect(one_of_three, wrong); }), "") << wrong;
+  }
+  EXPECT_NE(difference([](Trial& trial, Reals&) { trial.expect(sum_of(3, inf, inf), -inf); }), "");
+  EXPECT_NE(difference([](Trial& trial, Reals&) { trial.expect(1.0, std::nextafter(1.0, 2.0)); }), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Routines, Differential, testing::ValuesIn(all_routines()), [](const auto& entry) {

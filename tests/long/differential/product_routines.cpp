@@ -76,7 +76,11 @@ void product(Trial& t) {
 
 void product_of_team(Trial& t) {
   int32_t decision = -1;
+  int32_t mode = 0;
+  int32_t unused[2] = {};
   ehaldb(&decision);  // the threading mode of the process, from the environment; from now on it stays
+  getblas(&mode, unused, unused + 1);
+  t.expect_that(mode == 2, "OMP_NUM_THREADS must be above 1");
   product(t);
 }
 

@@ -81,7 +81,7 @@ bool squares_vanish(const FullMatrix& a) {
   for (int i = 3; i <= n; ++i) {
     const double* const row = triangle.data() + oracle::packed(i - 1);
     const bool zero = std::all_of(row, row + i - 1, [](double x) { return x == 0; });
-    if (!zero && !(row[i - 1] >= 0x1p-960)) {
+    if (!zero && !(row[i - 1] >= 0x1p-1013)) {
       return true;
     }
   }
@@ -98,6 +98,7 @@ int stated_outcome(const FullMatrix& a) {
 
 struct Worst {
   int vanishing = 0;  // matrices whose squares vanish
+  int failed = 0;     // those of them whose failure is reported
   long double backward_error = 0;
   long double orthogonality = 0;  // of n·eps
 };
@@ -131,6 +132,7 @@ void check(Random& random, const Kind& kind, int number, Worst& worst) {
   ASSERT_TRUE(triangle.intact() && d.intact() && v.intact() && e.intact());
   if (factor < 1 && squares_vanish(a)) {
     worst.vanishing += 1;
+    worst.failed += result == 0 ? 0 : 1;
     EXPECT_EQ(ierr, stated_outcome(a));
     return;
   }
@@ -162,8 +164,10 @@ TEST(EigenTorture, BackwardErrorOrthogonalityAndInertia) {
   Worst worst;
   for_matrices("eigen-solution",
                [&](Random& random, const Kind& kind, int number) { check(random, kind, number, worst); });
-  std::printf("worst residual: %.2e of the norm; worst orthogonality: %.2f n eps; vanishing squares in %d\n",
-              static_cast<double>(worst.backward_error), static_cast<double>(worst.orthogonality), worst.vanishing);
+  std::printf(
+      "worst residual: %.2e of the norm; worst orthogonality: %.2f n eps; vanishing squares: %d, %d of them reported\n",
+      static_cast<double>(worst.backward_error), static_cast<double>(worst.orthogonality), worst.vanishing,
+      worst.failed);
 }
 
 }  // namespace
