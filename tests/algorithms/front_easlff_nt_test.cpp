@@ -100,15 +100,22 @@ TEST(EaslffNt, GivesTheStatedBitsAroundTheBlocksOfPivotsRowsAndColumns) {
       expect_stated_bits_of(random, n, m, 40);
     }
   }
-  for (const std::size_t m : Sizes{46, 47, 48, 49, 50, 51, 96, 97, 98, 101}) {
+  // every position within the longest panel, in the first of two panels and in the second
+  for (const std::size_t m : Sizes{107, 108, 109, 133}) {
+    expect_stated_bits_of(random, m + 2, m, 1);
+  }
+  for (const std::size_t m : Sizes{46, 47, 48, 49, 95, 96, 97, 98, 106, 110, 111, 193}) {
     for (const std::size_t trailing : Sizes{0, 1, 2, 70, 71}) {
-      expect_stated_bits_of(random, m + trailing, m, 7);
+      expect_stated_bits_of(random, m + trailing, m, 23);
     }
   }
-  for (const std::size_t m : Sizes{11, 12, 14, 25, 70}) {
-    for (const std::size_t trailing : Sizes{190, 191, 192, 193, 207, 400}) {
-      expect_stated_bits_of(random, m + trailing, m, m);
-    }
+  // around the rows below that are taken at once
+  for (const std::size_t trailing : Sizes{295, 296, 297, 303, 304, 313, 336, 337, 380}) {
+    expect_stated_bits_of(random, 108 + trailing, 108, 108);
+    expect_stated_bits_of(random, 97 + trailing, 97, 97);
+  }
+  for (const std::size_t trailing : Sizes{1360, 1365, 1366, 1370}) {
+    expect_stated_bits_of(random, 22 + trailing, 22, 22);
   }
 }
 
@@ -194,7 +201,7 @@ TEST(EaslffNt, ClearingBoundWrapsAsA32BitNumber) {
 // numbers, not what the stack held.
 TEST(EaslffNt, NumbersRaiseNoInvalidOperation) {
   Random random(56);
-  for (const std::size_t m : Sizes{46, 47, 48}) {
+  for (const std::size_t m : Sizes{46, 47, 48, 106}) {
     Front f = definite_front(random, 131, m);
     Guarded<double> a(f.a, 0);
     fill_stack_with_signaling_numbers();

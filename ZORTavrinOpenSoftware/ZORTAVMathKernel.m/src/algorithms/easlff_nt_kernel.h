@@ -21,9 +21,12 @@ static_assert(front_strip_elements >= panel_pivots * (panel_pivots + strip_rows)
 
 // As few panels as there may be, of nearly the same number of pivots; only the last has blocks of fewer than three.
 inline Index pivots_of_next_panel(Index left) {
-  const Index panels = (left + panel_pivots - 1) / panel_pivots;
+  if (left <= panel_pivots) {
+    return left;
+  }
+  const Index panels = (left + pivots_of_one_of_many - 1) / pivots_of_one_of_many;
   const Index blocks = (left + panels * block_pivots - 1) / (panels * block_pivots);
-  return panels == 1 ? left : blocks * block_pivots;
+  return blocks * block_pivots;
 }
 
 inline void update_below(const Front& f, const Panel& panel, double* strips) {

@@ -20,7 +20,8 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-constexpr Index panel_pivots = 96;  // more make the panels dearer than the trailing updates they save
+constexpr Index panel_pivots = 108;          // of a front's only panel
+constexpr Index pivots_of_one_of_many = 96;  // more make the panels dearer than the trailing updates they save
 constexpr Index panel_groups = panel_pivots / tile_columns;
 static_assert(panel_pivots % tile_columns == 0 && tile_columns % block_pivots == 0);
 

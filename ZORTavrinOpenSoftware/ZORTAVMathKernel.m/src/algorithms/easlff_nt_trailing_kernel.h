@@ -14,8 +14,8 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// A block's strips on the stack: 288 KiB.
-constexpr Index front_strip_elements = 36864;
+// A block's strips on the stack: 256 KiB.
+constexpr Index front_strip_elements = 32768;
 
 // Columns whose factors are gathered at once: the panel's columns lie far apart, each on a page of its own.
 constexpr Index factor_columns = 48;
