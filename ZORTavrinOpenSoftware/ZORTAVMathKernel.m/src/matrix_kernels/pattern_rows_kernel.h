@@ -127,7 +127,9 @@ HWY_INLINE std::int64_t count_distinct(std::int32_t i, std::int32_t* columns, st
     return does_not_fit;
   }
   std::size_t repeated = 0;
-  for_repeated(r, [&](std::size_t, auto mask) __attribute__((always_inline)) { repeated += hn::CountTrue(DistanceTag(), mask); });
+  for_repeated(
+      r, [&](std::size_t, auto mask)
+             __attribute__((always_inline)) { repeated += hn::CountTrue(DistanceTag(), mask); });
   // Less the diagonal and the filling.
   return capacity - static_cast<std::int64_t>(repeated) - (count < capacity ? 2 : 1);
 }
@@ -168,9 +170,10 @@ HWY_INLINE std::int64_t write_distinct(std::int32_t i, std::int32_t* columns, st
   }
   DistanceVec kept[R];
   const DistanceVec left_out = hn::Set(d, too_low);
-  for_repeated(r, [&](auto k, auto mask) __attribute__((always_inline)) {
-    kept[k] = hn::IfThenElse(hn::Or(mask, hn::Eq(r[k], hn::Zero(d))), left_out, r[k]);
-  });
+  for_repeated(
+      r, [&](auto k, auto mask) __attribute__((always_inline)) {
+        kept[k] = hn::IfThenElse(hn::Or(mask, hn::Eq(r[k], hn::Zero(d))), left_out, r[k]);
+      });
   to_columns(kept);
   const ColumnVec diagonal = hn::Set(column_tag, i);
   std::int64_t length = 0;
@@ -213,9 +216,9 @@ HWY_INLINE std::int32_t for_rows(const PatternPair& a, std::int32_t from, std::i
       continue;
     }
     const bool fits = count > row_capacity ? false
-                      : count > half      ? row(i, Registers<most>(), columns, count)
-                      : count > quarter ? row(i, Registers<most / 2>(), columns, count)
-                                        : row(i, Registers<most / 4>(), columns, count);
+                      : count > half       ? row(i, Registers<most>(), columns, count)
+                      : count > quarter    ? row(i, Registers<most / 2>(), columns, count)
+                                           : row(i, Registers<most / 4>(), columns, count);
     if (!fits) {
       return i;
     }

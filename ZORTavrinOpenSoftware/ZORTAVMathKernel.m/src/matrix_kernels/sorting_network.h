@@ -101,7 +101,9 @@ class SortingNetwork {
   template <std::size_t R, std::size_t distance>
   static HWY_INLINE void merge_between_lanes(Vec (&r)[R]) {
     if constexpr (distance >= 1) {
-      unrolled<R>([&](auto k) __attribute__((always_inline)) { r[k] = smaller_then_larger<distance>(r[k], exchanged<distance>(r[k])); });
+      unrolled<R>([&](auto k) __attribute__((always_inline)) {
+        r[k] = smaller_then_larger<distance>(r[k], exchanged<distance>(r[k]));
+      });
       merge_between_lanes<R, distance / 2>(r);
     }
   }
