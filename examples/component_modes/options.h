@@ -9,7 +9,7 @@
 namespace component {
 
 inline constexpr int usual_modes = 6;
-inline constexpr int usual_part_modes = 20;
+inline constexpr int usual_part_modes = 40;
 
 struct Options {
   int mesh_x = 16;  // elements of the built-in model along and across its axis
