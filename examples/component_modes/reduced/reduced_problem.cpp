@@ -2,6 +2,7 @@
 #include "reduced/reduced_problem.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace component {
@@ -39,8 +40,7 @@ void ReducedProblem::make_joint_rows() {
       parts[at(i)].push_back(static_cast<std::int32_t>(p));
     }
   }
-  std::vector<std::int32_t> columns;
-  for (std::int32_t i = 0; i < joint_unknowns_; ++i) {
+  const auto row = [&](std::int32_t i, std::vector<std::int32_t>& columns) {
     columns.clear();
     for (const std::int32_t p : parts[at(i)]) {
       std::copy_if(interface_[at(p)].begin(), interface_[at(p)].end(), std::back_inserter(columns),
@@ -48,9 +48,22 @@ void ReducedProblem::make_joint_rows() {
     }
     std::sort(columns.begin(), columns.end());
     columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
-    append_row(stiffness_, columns, std::vector<double>(columns.size(), 0.0), 0.0);
+  };
+  // These are the root's largest arrays: counted before they are taken.
+  std::vector<std::int32_t> columns;
+  std::size_t entries = 0;
+  for (std::int32_t i = 0; i < joint_unknowns_; ++i) {
+    row(i, columns);
+    entries += columns.size() + 1;
   }
-  mass_ = stiffness_;
+  for (modal::SymmetricMatrix* matrix : {&stiffness_, &mass_}) {
+    matrix->column.reserve(entries + entries / 8);  // and room for the modes
+    matrix->value.reserve(entries + entries / 8);
+    for (std::int32_t i = 0; i < joint_unknowns_; ++i) {
+      row(i, columns);
+      append_row(*matrix, columns, std::vector<double>(columns.size(), 0.0), 0.0);
+    }
+  }
 }
 
 void ReducedProblem::add(const ReducedPart& part) {
@@ -84,12 +97,19 @@ void ReducedProblem::add(const ReducedPart& part) {
   std::vector<std::int32_t> columns(nb);
   std::vector<double> values(nb);
   std::transform(sorted.begin(), sorted.end(), columns.begin(), [&own](std::size_t a) { return own[a]; });
+  // Modes of one part do not couple. The zeros between them make them alike to the ordering, which then takes them as one
+  // vertex: a front of all of them leaves one update of the interface, and not each its own.
+  std::vector<std::int32_t> earlier;
   const std::size_t modes = at(part.modes());
   for (std::size_t k = 0; k < modes; ++k) {
-    std::transform(sorted.begin(), sorted.end(), values.begin(),
-                   [&](std::size_t a) { return part.coupling()[k + a * modes]; });
-    append_row(stiffness_, {}, {}, part.eigenvalue()[k]);
+    for (std::size_t r = 0; r < nb; ++r) {
+      values[r] = part.coupling()[k + sorted[r] * modes];
+    }
+    append_row(stiffness_, earlier, std::vector<double>(k, 0.0), part.eigenvalue()[k]);
     append_row(mass_, columns, values, 1.0);
+    earlier.push_back(stiffness_.order - 1);
+    columns.push_back(earlier.back());
+    values.push_back(0.0);
   }
   first_mode_.push_back(stiffness_.order);
 }
