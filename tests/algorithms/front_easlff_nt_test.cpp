@@ -179,7 +179,7 @@ TEST(EaslffNt, ClearingBoundWrapsAsA32BitNumber) {
   // m(m+1) wraps to -32117906 and is halved toward zero, n·m wraps to -16056566: 2387 remains of 2147486035.
   // n·m - m(m+1)/2 = 2170079030 wraps to a negative number: nothing is cleared.
   for (const Wrapped& w : {Wrapped{65537, 65290, 2387}, Wrapped{70000, 46340, 0}}) {
-    std::vector<double> expected(w.n * 49, 5.0);
+    std::vector<double> expected(w.n * 97, 5.0);
     expected[0] = 0;
     Guarded<double> a(expected, 0);
     std::fill_n(expected.begin(), w.cleared, 0.0);
