@@ -136,9 +136,20 @@ void update_row_block(const RowBlockUpdate& task) {
   }
   constexpr std::ptrdiff_t tile_columns = accumulators / tile_vectors;
   const std::ptrdiff_t row_tiles = (task.rows + tile_rows - 1) / tile_rows;
-  Fetcher fetcher(task.upcoming,
-                  HWY_MAX(1, task.columns / tile_columns * row_tiles * (task.depth / cache_line_doubles)));
+  const auto groups = [&](std::ptrdiff_t columns) {
+    return HWY_MAX(1, columns / tile_columns * row_tiles * (task.depth / cache_line_doubles));
+  };
+  // Where the depth is small, C is what comes from far.
+  const bool shallow = task.depth < tile_columns * cache_line_doubles;
+  Fetcher fetcher(shallow ? UpcomingColumns{} : task.upcoming, groups(task.columns));
   for (std::ptrdiff_t j0 = 0; j0 < task.columns; j0 += product_chunk_columns) {
+    if (shallow) {
+      const std::ptrdiff_t next = j0 + product_chunk_columns;
+      const UpcomingColumns of_c{task.c + next * task.ldc, task.ldc,
+                                 HWY_MIN(product_chunk_columns, task.columns - next), task.rows};
+      fetcher = Fetcher(next < task.columns ? of_c : task.upcoming,
+                        groups(HWY_MIN(product_chunk_columns, task.columns - j0)));
+    }
     for (std::ptrdiff_t row = 0; row < task.rows; row += tile_rows) {
       update_rows<tile_vectors>({.rows = HWY_MIN(tile_rows, task.rows - row),
                                  .columns = HWY_MIN(product_chunk_columns, task.columns - j0),
