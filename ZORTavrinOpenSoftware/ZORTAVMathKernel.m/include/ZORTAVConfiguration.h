@@ -7,8 +7,8 @@
  *
  * Aliasing: arguments of one call must not overlap; they are only written, whatever they held.
  * Bad arguments: there are none, and no error is reported.
- * Threads: decisions are kept in plain process-wide variables: call from the main thread before any parallel work, unless
- * said otherwise. */
+ * Threads: decisions are kept in plain process-wide variables: call from the main thread before any parallel work,
+ * unless said otherwise. */
 #ifndef ZORTAV_CONFIGURATION_H
 #define ZORTAV_CONFIGURATION_H
 

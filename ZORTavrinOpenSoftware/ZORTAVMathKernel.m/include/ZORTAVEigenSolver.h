@@ -15,8 +15,8 @@
  * - Threads: reentrant; calls on different data may run at the same time. No heap memory is used.
  *   The stack need is below 2 KiB but for eaxeig and eaxeql, which take 370 KiB, and eaxevp, which takes 40 KiB.
  * - Reproducibility: the same bits on every instruction-set level, platform and number of threads. No operation is
- *   fused. Eight lanes, unless another class is named: a sum marked (8) is taken in eight partial sums, term k in sum (k-1)
- *   mod 8 in ascending order, joined as ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)). */
+ *   fused. Eight lanes, unless another class is named: a sum marked (8) is taken in eight partial sums, term k in sum
+ *   (k-1) mod 8 in ascending order, joined as ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)). */
 #ifndef ZORTAV_EIGEN_SOLVER_H
 #define ZORTAV_EIGEN_SOLVER_H
 
@@ -36,9 +36,9 @@
  * @return 0; 1 when the iteration failed. Then d and v stand as the iteration left them, neither ordered nor
  *         transformed back.
  *
- * Zeros and NaN: a NaN in A ends in result 1 or in NaN eigenpairs; a square beyond the range of a double (elements above
- * about 1e154) acts like one, and rows whose squares all vanish (elements below about 1e-162) count as zero but for their
- * last off-diagonal element.
+ * Zeros and NaN: a NaN in A ends in result 1 or in NaN eigenpairs; a square beyond the range of a double (elements
+ * above about 1e154) acts like one, and rows whose squares all vanish (elements below about 1e-162) count as zero but
+ * for their last off-diagonal element.
  * Source: that of the stages.
  */
 ZORTAV_ENTRY int32_t eaxeig(const int32_t* n, const int32_t* ord, double* a, double* d, double* v, double* e,

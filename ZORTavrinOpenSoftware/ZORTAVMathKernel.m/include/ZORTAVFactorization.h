@@ -6,8 +6,9 @@
 #include "ZORTAVEntryPoint.h"
 
 /**
- * Cholesky factorization A = L·Lᵀ by the framework's routine `Cholesky`, to which all arguments are passed unchanged. The
- * library stands behind that routine itself: failure rules, bits and everything else as for eaxfch2; the result is added.
+ * Cholesky factorization A = L·Lᵀ by the framework's routine `Cholesky`, to which all arguments are passed unchanged.
+ * The library stands behind that routine itself: failure rules, bits and everything else as for eaxfch2; the result is
+ * added.
  *
  * @param n, n1, n2, tol, a, ierr, piv as for eaxfch2.
  * @return 0 on success, 1 when a pivot failed.
@@ -72,8 +73,8 @@ ZORTAV_ENTRY void eaxfch2(const int32_t* n, const int32_t* n1, const int32_t* n2
  * @param istat [out] 0; 6: |d| < tolp; 34: d / d0 <= tolr.
  * @return 0 when m pivots were eliminated, 1 when one was refused.
  *
- * Elements: the triangle is read and written; of d0 the entries of the pivots examined are read. Positions are 64-bit: n
- * may exceed 65535.
+ * Elements: the triangle is read and written; of d0 the entries of the pivots examined are read. Positions are 64-bit:
+ * n may exceed 65535.
  * Aliasing: the arguments must not overlap.
  * Zeros and NaN: a pivot or a ratio that is not a number passes the tests, and spreads. Zeros are multiplied like any
  * number. A zero in d0 gives an infinite or undefined ratio that decides the test.

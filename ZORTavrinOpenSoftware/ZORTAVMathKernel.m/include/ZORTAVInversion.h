@@ -23,8 +23,8 @@
  * @param a    [in/out] n x n, element (i,j) at (i-1) + (j-1)·lda; a symmetric one is given, and returned, in full. Rows
  *             n+1..lda are never touched.
  *
- * Mode 1: of the elements A(k,k..n) that are largest in magnitude the last one, if it is strictly larger than A(k,k), has
- * its column exchanged with column k before step k:
+ * Mode 1: of the elements A(k,k..n) that are largest in magnitude the last one, if it is strictly larger than A(k,k),
+ * has its column exchanged with column k before step k:
  *
  *   for k = 1..n:  r = 1/A(k,k);  A(k,k) := 0;  column k := -r·column k
  *                  for j ≠ k:  t = A(k,j);  A(k,j) := t·r;  column j := column j + t·column k, unless t = 0

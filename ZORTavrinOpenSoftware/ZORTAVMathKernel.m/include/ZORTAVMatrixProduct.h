@@ -22,9 +22,9 @@
  * @param c      [in/out] C, m × n, leading dimension ldc.
  * @param ldc    [in] leading dimension of C, at least max(1, m).
  *
- * Elements: reads the m × k and k × n elements of op(A) and op(B), none of them when alpha = 0 or k = 0. Reads and writes
- * the leading m rows of each column of C; the rows m+1..ldc are never touched. Arrays lie on their element's 8-byte
- * boundary; more is not needed.
+ * Elements: reads the m × k and k × n elements of op(A) and op(B), none of them when alpha = 0 or k = 0. Reads and
+ * writes the leading m rows of each column of C; the rows m+1..ldc are never touched. Arrays lie on their element's
+ * 8-byte boundary; more is not needed.
  *
  * Aliasing: C must not overlap A or B.
  *
@@ -45,9 +45,9 @@
  * nothing to divide and the caller works alone. May be called from several threads at once on disjoint C. Stack: at
  * most 190 KiB on every thread, 376 KiB on the caller; nothing on the heap.
  *
- * Reproducibility: fused. Every element starts from beta·C and adds its products one by one in increasing depth; the bits do
- * not depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2 and AVX-512 agree
- * to the bit (fused multiply-add); SSE4.2 rounds product and sum separately.
+ * Reproducibility: fused. Every element starts from beta·C and adds its products one by one in increasing depth; the
+ * bits do not depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2 and
+ * AVX-512 agree to the bit (fused multiply-add); SSE4.2 rounds product and sum separately.
  *
  * Accuracy: to first order in u = 2^-53 the error is at most (k + 2)·u·(|alpha||A||B| + |beta||C|), element by element.
  *

@@ -28,9 +28,9 @@
  * @param incy [in] as incx.
  * @return the sum; 0 for n < 1.
  *
- * Reproducibility: eight lanes, products rounded before they are added. Both increments 1: term i goes to partial sum (i-1) mod
- * 8 in ascending order, joined as ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)), whatever the alignment; otherwise
- * one after the other.
+ * Reproducibility: eight lanes, products rounded before they are added. Both increments 1: term i goes to partial sum
+ * (i-1) mod 8 in ascending order, joined as ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)), whatever the alignment;
+ * otherwise one after the other.
  * Source: C. L. Lawson et al., "Basic linear algebra subprograms for Fortran usage", ACM TOMS 5 (1979).
  */
 ZORTAV_ENTRY double eaxscl(const int32_t* n, const double* x, const int32_t* incx, const double* y,
@@ -104,8 +104,8 @@ ZORTAV_ENTRY void eaxrnd(int32_t* seed, double* r);
  * @param b [in]  B, k x n.
  * @param c [out] C, m x n. What it held before does not reach the result. Must not overlap A or B.
  *
- * Bad arguments: as for eagemm. In the threading mode 2 a k of 0 is a leading dimension that stops the process, unless m
- * or n is 0.
+ * Bad arguments: as for eagemm. In the threading mode 2 a k of 0 is a leading dimension that stops the process, unless
+ * m or n is 0.
  * Threads: as for eagemm, stack included.
  * Reproducibility: fused, with the bits of eagemm.
  * Source: that of eagemm.

@@ -51,11 +51,11 @@
  * @param y     [in,out] vector of m elements for "N", else n.
  * @param incy  [in]     increment of y, not 0.
  *
- * Zeros and NaN: alpha = 0 reads neither A nor x: beta = 0 then clears y with e_dzero, NaNs included, and any other beta
- * but 1 scales it with e_dscal. Otherwise beta = 0 does not clear y (see above), except on the way through dgemvf.
+ * Zeros and NaN: alpha = 0 reads neither A nor x: beta = 0 then clears y with e_dzero, NaNs included, and any other
+ * beta but 1 scales it with e_dscal. Otherwise beta = 0 does not clear y (see above), except on the way through dgemvf.
  *
- * Bad arguments: a letter other than these, a negative m or n, an lda that is too small or an increment 0 ends the process
- * with "DGEMV Fatal Error" on standard error; y is untouched. This comes before every quick return.
+ * Bad arguments: a letter other than these, a negative m or n, an lda that is too small or an increment 0 ends the
+ * process with "DGEMV Fatal Error" on standard error; y is untouched. This comes before every quick return.
  *
  * Reproducibility: the orders of the routines that get the pieces, with m8 = m - m mod 8 and blocks of 64 columns, the
  * last one shorter.

@@ -18,6 +18,14 @@
 /**
  * y := A·x for nvec vectors: A symmetric with its lower triangle L stored (mode 1), or L alone (mode 2).
  *
+ *   for each vector, i = 1..nrows:  s := A(i,i)·x(i)
+ *                                   for every entry a = A(i,j) of row i as stored:
+ *                                     s := s + a·x(j);  in mode 1 also y(j) := y(j) + a·x(i), where y starts from 0
+ *                                   y(i) := s
+ *
+ * The last step is an assignment: an entry whose column lies above its row loses its contribution to y(j), unless
+ * j > nrows.
+ *
  * When nnz = n the matrix is a diagonal, whatever mode is: y(i,v) := values(i)·x(i,v) for i = 1..n, v = 1..nvec, and
  * for the first vector also when nvec < 1; nrows, colidx and rowptr are then not read.
  *
@@ -35,9 +43,6 @@
  *
  * Elements: reads rows 1..nrows as stored; rowptr(1) and the columns of the diagonals are not read.
  * Aliasing: y overlaps no other argument.
- * Order: for each vector, i = 1..nrows: s := A(i,i)·x(i); for every entry a = A(i,j) of row i as stored: s := s + a·x(j)
- * and, in mode 1, y(j) := y(j) + a·x(i), where y starts from 0; then y(i) := s. That last step is an assignment: an
- * entry whose column lies above its row loses its contribution to y(j), unless j > nrows.
  * Zeros and NaN: every stored entry takes part; NaN and infinity propagate.
  * Bad arguments: arguments are not checked.
  * Threads: mode 1 divides groups of four vectors (after the first nvec mod 4, which the caller's thread computes) among
@@ -68,8 +73,8 @@ ZORTAV_ENTRY void eaxmvm(const int32_t* mode, const int32_t* nnz, const int32_t*
  * Elements: the first count elements are written, none is read.
  * Aliasing: type and count lie outside the array.
  * Zeros and NaN: NaNs are cleared like other values.
- * Bad arguments: nothing is checked. A negative count writes nothing for codes 2 and below 0 and is not guarded for codes
- * 3, 4 and 5.
+ * Bad arguments: nothing is checked. A negative count writes nothing for codes 2 and below 0 and is not guarded for
+ * codes 3, 4 and 5.
  * Threads: safe for different arrays.
  * Reproducibility: exact.
  * Source: elementary.

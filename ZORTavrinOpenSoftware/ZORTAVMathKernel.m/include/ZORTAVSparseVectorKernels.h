@@ -4,8 +4,8 @@
  * A sparse vector is n values x(1..n) with the 1-based places indx(1..n) that they have in the full vector y, both
  * contiguous. Indices are used as given: no bounds check, any order, repetitions allowed.
  *
- * Source: D. S. Dodson, R. G. Grimes, J. G. Lewis: Sparse extensions to the Fortran basic linear algebra subprograms, ACM
- * TOMS 17 (1991). */
+ * Source: D. S. Dodson, R. G. Grimes, J. G. Lewis: Sparse extensions to the Fortran basic linear algebra subprograms,
+ * ACM TOMS 17 (1991). */
 #ifndef ZORTAV_SPARSE_VECTOR_KERNELS_H
 #define ZORTAV_SPARSE_VECTOR_KERNELS_H
 
