@@ -138,6 +138,18 @@ TEST_F(Catalog, TheInternalErrorIsKnownInEveryCatalog) {
   }
 }
 
+TEST_F(Catalog, NoInternalErrorLosesItsText) {
+  const ZORUnicodeString text = "Null Allocation Length";
+  for (const char* advice : {"Call the hot line.", "", "/p12", "Call the hot line: /p1"}) {
+    const ScratchFolder folder;
+    zortest::set_variable("ZOR_MESSAGE_CATALOG_PATH", folder.path().c_str());
+    write(folder / "ZORTavrinError_en.json", std::string(R"({"ERR_0001": {"advice": ")") + advice + "\"}}");
+    ZORResourceError error("ERR_0001", "ZORTavrinError");
+    error.SetNLSAdviceParams(1, &text);
+    EXPECT_TRUE(std::string(error.GetNLSMessage().GetText()).ends_with(text.GetText())) << advice;
+  }
+}
+
 TEST_F(Catalog, FoldersAreSearchedInOrder) {
   write(folder_ / "b/Own_en.json", R"({"ERR_0007": {"diagnostic": "b"}})");
   write(folder_ / "c/Own_en.json", R"({"ERR_0007": {"diagnostic": "c"}})");

@@ -160,6 +160,10 @@ TEST_F(MemoryGroups, ManualReallocationMovesTheArrayIntoAGroupOfItsOwn) {
   EXPECT_EQ(manager.ManualReallocation(none, array, 8, 8), E_FAIL);
   EXPECT_EQ(manager.GetIndiceAllocation(), 6);
   EXPECT_TRUE(none == 0 && group == 4 && array == before);
+  int beyond = INT_MIN;  // its opposite names no group: nothing is released
+  EXPECT_EQ(manager.ManualReallocation(beyond, array, 8, 8), 0);
+  EXPECT_EQ(beyond, 6);
+  EXPECT_STREQ(before, "contents of 1st");
 }
 
 }  // namespace

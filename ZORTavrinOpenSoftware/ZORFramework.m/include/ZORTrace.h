@@ -65,6 +65,7 @@ class ZOR_EXPORT ZORTrace {
   ZORString name_;
   ZORString title_;
   ZORString output_;
+  bool to_standard_error_;  // not asked of the text: a program's last handlers may write when it has gone
   int32_t mode_;
   int32_t buffer_size_;
   int32_t level_;

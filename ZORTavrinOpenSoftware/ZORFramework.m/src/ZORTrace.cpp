@@ -18,6 +18,7 @@ ZORTrace::ZORTrace(const char* name, const char* title, int32_t mode, const char
     : name_(name),
       title_(title),
       output_(output),
+      to_standard_error_(output_ == "STDERR"),
       mode_(mode),
       buffer_size_(buffer_size),
       level_(0),
@@ -90,7 +91,7 @@ bool ZORTrace::Writes(int32_t level) const noexcept {
 }
 
 std::FILE* ZORTrace::Stream() const noexcept {
-  return output_ == "STDERR" ? stderr : stdout;
+  return to_standard_error_ ? stderr : stdout;
 }
 
 void ZORTrace::Write(const char* text, const char* end) const noexcept {

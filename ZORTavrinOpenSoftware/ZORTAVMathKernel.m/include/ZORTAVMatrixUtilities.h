@@ -43,7 +43,7 @@ ZORTAV_ENTRY double eaxscl(const int32_t* n, const double* x, const int32_t* inc
  * @param width [in]  integers in a record, >= 1.
  * @param count [in]  number of records; below 2 touches nothing.
  * @param key   [in]  which integer decides, 1 <= key <= width; compared as a signed number.
- * @param work  [work] room for one record.
+ * @param work  [work] room for one record; what it holds afterwards is not fixed.
  *
  * Records are moved whole. The sort is not stable, and which of several records with equal keys comes first is fixed:
  * a part of the array from lo to hi, span = hi - lo, is split at the record lo + ⌊span/2⌋ + q·⌊span/4⌋, where q takes
@@ -51,11 +51,11 @@ ZORTAV_ENTRY double eaxscl(const int32_t* n, const double* x, const int32_t* inc
  * first, the left one only if twice its number is below span. A split
  *   1. looks for the first record before the pivot with a larger key (left), and for the last one behind it with a
  *      smaller key (right). Without either the part is split at the pivot. One that is missing is the pivot's place;
- *   2. puts the pivot record into `work` and record `left` into the pivot's place; `left` is now a hole;
+ *   2. sets the pivot record aside and puts record `left` into the pivot's place; `left` is now a hole;
  *   3. while left < right: if key(right) <= pivot key, copies record `right` into the hole, moves the hole up by one,
  *      and on while it has not met `right` and key(hole) < pivot key; if it has met `right`, ends; else copies the
  *      record where the hole is to `right`. In either case `right` moves down by one;
- *   4. puts `work` into the hole, which is where the part is split.
+ *   4. puts the pivot record into the hole, which is where the part is split.
  *
  * Time grows with the square of the count for unlucky orders, the stack never.
  * Reproducibility: exact.

@@ -54,6 +54,19 @@ const std::array<MessageTable, 2>& tables(const Key& key) {
   return kept.emplace(key, std::move(both)).first->second;
 }
 
+// The text of an internal error stands in its only parameter.
+bool keeps_its_text(const Message& message) {
+  constexpr std::string_view parameter = "/p1";
+  const std::string_view advice = message.advice;
+  for (auto at = advice.find(parameter); at != std::string_view::npos; at = advice.find(parameter, at + 1)) {
+    const std::size_t after = at + parameter.size();
+    if (after == advice.size() || advice[after] < '0' || advice[after] > '9') {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string user_language() {
@@ -77,7 +90,8 @@ const Message* find_message(const std::string& catalog, const std::string& id) {
   for (const std::string& language : {user_language(), std::string(english)}) {
     for (const MessageTable& table : tables({search_path, catalog, language})) {
       const auto message = table.find(id);
-      if (message != table.end()) {
+      if (message != table.end() &&
+          (id != internal_error || catalog != internal_error_catalog || keeps_its_text(message->second))) {
         return &message->second;
       }
     }

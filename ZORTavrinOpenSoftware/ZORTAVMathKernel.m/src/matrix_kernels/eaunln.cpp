@@ -99,5 +99,7 @@ void eaunln(const int32_t* n, const int32_t* /*reserved1*/, const int32_t* /*res
       row = marked_row(a, i, list, row);
     }
   }
-  list[0] = row == last_row ? order + 1 : *last_row;
+  if (order >= 1) {
+    list[0] = row == last_row ? order + 1 : *last_row;
+  }
 }

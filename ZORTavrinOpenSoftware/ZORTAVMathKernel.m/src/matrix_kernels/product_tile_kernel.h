@@ -118,8 +118,14 @@ struct TileUpdate {
   std::ptrdiff_t rows;  // at most vectors·lanes
 };
 
+// Room for a tile whose rows do not fill its registers.
 template <int vectors, int columns>
-HWY_INLINE void load_tile(const TileUpdate& task, Vector (&x)[columns][vectors]) {
+struct EdgeTile {
+  HWY_ALIGN double x[columns * vectors * lanes];
+};
+
+template <int vectors, int columns>
+HWY_INLINE void load_tile(const TileUpdate& task, EdgeTile<vectors, columns>& edge, Vector (&x)[columns][vectors]) {
   const Tag d;
   constexpr std::ptrdiff_t step = vectors * lanes;
   if (task.beta == 0.0) {
@@ -129,16 +135,15 @@ HWY_INLINE void load_tile(const TileUpdate& task, Vector (&x)[columns][vectors])
     }
     return;
   }
-  HWY_ALIGN double edge[columns * step];
   const double* start = task.c;
   std::ptrdiff_t stride = task.ldc;
   if (task.rows != step) {
     for (std::ptrdiff_t j = 0; j < columns; ++j) {
       for (std::ptrdiff_t i = 0; i < step; ++i) {
-        edge[i + j * step] = i < task.rows ? task.c[i + j * task.ldc] : 0.0;
+        edge.x[i + j * step] = i < task.rows ? task.c[i + j * task.ldc] : 0.0;
       }
     }
-    start = edge;
+    start = edge.x;
     stride = step;
   }
   const Vector beta = hn::Set(d, task.beta);
@@ -152,12 +157,12 @@ HWY_INLINE void load_tile(const TileUpdate& task, Vector (&x)[columns][vectors])
 }
 
 template <int vectors, int columns>
-HWY_INLINE void store_tile(const TileUpdate& task, const Vector (&x)[columns][vectors]) {
+HWY_INLINE void store_tile(const TileUpdate& task, EdgeTile<vectors, columns>& edge,
+                           const Vector (&x)[columns][vectors]) {
   const Tag d;
   constexpr std::ptrdiff_t step = vectors * lanes;
-  HWY_ALIGN double edge[columns * step];
   const bool whole = task.rows == step;
-  double* const end = whole ? task.c : edge;
+  double* const end = whole ? task.c : edge.x;
   const std::ptrdiff_t stride = whole ? task.ldc : step;
 #pragma GCC unroll 24
   for (int j = 0; j < columns; ++j) {
@@ -169,7 +174,7 @@ HWY_INLINE void store_tile(const TileUpdate& task, const Vector (&x)[columns][ve
   if (!whole) {
     for (std::ptrdiff_t j = 0; j < columns; ++j) {
       for (std::ptrdiff_t i = 0; i < task.rows; ++i) {
-        task.c[i + j * task.ldc] = edge[i + j * step];
+        task.c[i + j * task.ldc] = edge.x[i + j * step];
       }
     }
   }
@@ -204,22 +209,24 @@ HWY_INLINE void add_products(const double*& t, std::ptrdiff_t t_stride, Columns<
 // Rows that stand t_stride apart, and everything in the cache: for products too small to stream.
 template <int vectors, int columns>
 void update_tile_at_hand(const TileUpdate& task, std::ptrdiff_t t_stride) {
+  EdgeTile<vectors, columns> edge;
   Vector x[columns][vectors];
-  load_tile(task, x);
+  load_tile(task, edge, x);
   const double* t = task.t;
   Columns<columns> b(task.b, task.ldb);
   for (std::ptrdiff_t left = task.depth; left > 0; --left) {
     add_products(t, t_stride, b, x);
   }
-  store_tile(task, x);
+  store_tile(task, edge, x);
 }
 
 template <int vectors, int columns>
 void update_tile(const TileUpdate& task, Fetcher& fetcher) {
   constexpr std::ptrdiff_t step = vectors * lanes;
   const std::ptrdiff_t ldc = task.ldc;
+  EdgeTile<vectors, columns> edge;
   Vector x[columns][vectors];
-  load_tile(task, x);
+  load_tile(task, edge, x);
   const double* t = task.t;
   Columns<columns> b(task.b, task.ldb);
   Columns<columns> fetch(task.b + fetch_distance, task.ldb);
@@ -252,7 +259,7 @@ void update_tile(const TileUpdate& task, Fetcher& fetcher) {
   for (; left > 0; --left) {
     add_products(t, step, b, x);
   }
-  store_tile(task, x);
+  store_tile(task, edge, x);
 }
 
 }  // namespace

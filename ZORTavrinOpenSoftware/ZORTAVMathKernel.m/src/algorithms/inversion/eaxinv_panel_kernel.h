@@ -132,6 +132,10 @@ HWY_NOINLINE void solve_group(Index columns, const double* factors, const double
 template <Solve kind>
 inline void solve_strip(Index pivots, const double (*factors)[panel_pivots][tile_columns], Zeros zeros, const double* r,
                         double* strip, double* multipliers) {
+  // The last tile is updated whole: what it has beyond the pivots must be numbers, or traps that are on would go off.
+  for (Index i = pivots * strip_rows; i < (pivots + tile_columns - 1) / tile_columns * tile_columns * strip_rows; ++i) {
+    strip[i] = 0;
+  }
   for (Index q = 0; q < pivots; q += tile_columns) {
     const double* const group = factors[q / tile_columns][0];
     const Index columns = pivots - q < tile_columns ? pivots - q : tile_columns;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Arrays that change their length: in place or moved by the framework, or by a copy into a group of its own.
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <cstring>
 
@@ -49,8 +50,12 @@ int ZORTavMemoryManager::ManualReallocation(int& group, char*& array, long long 
   if (array != nullptr && kept > 0) {
     std::memcpy(new_array, array, static_cast<std::size_t>(kept));
   }
-  if (const int status = Desallocation(-group); status != 0) {
-    return status;
+  if (group > 0) {
+    ReleaseAlone(group);
+  } else if (group > INT_MIN) {  // whose opposite, a group beyond every other, no int can name
+    if (const int status = Desallocation(-group); status != 0) {
+      return status;
+    }
   }
   group = new_group;
   array = new_array;
