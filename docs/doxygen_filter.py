@@ -118,16 +118,19 @@ def known_names():
 
 
 def page(text):
-    """A page, with links where code names something that the reference has."""
+    """A page, with links where code names something that the reference has; Doxygen's headings hold no code."""
+    def line(found):
+        return found[0].replace("`", "") if found[0].startswith("#") else NAME.sub(r"[\1](@ref \1)", found[0])
+
     blocks = re.split(r"(^```.*?^```)", text, flags=re.M | re.S)
-    blocks[::2] = (re.sub(r"^(?!#).+", lambda line: NAME.sub(r"[\1](@ref \1)", line[0]), block, flags=re.M)
-                   for block in blocks[::2])
+    blocks[::2] = (re.sub(r"^.+", line, block, flags=re.M) for block in blocks[::2])
     return "".join(blocks)
 
 
 ENTRIES, CLASSES = known_names()
 ENTRY = re.compile(rf"(?<![\w.@\"])({'|'.join(ENTRIES)})(?![\w.])")
-NAME = re.compile(rf"`({'|'.join(ENTRIES + CLASSES)})`")
+FILES = [path.name for path in INCLUDE.glob("*.h")]
+NAME = re.compile(rf"`({'|'.join(ENTRIES + CLASSES + FILES)})`")
 
 if __name__ == "__main__":
     with open(sys.argv[1], encoding="utf-8") as source:
