@@ -16,8 +16,8 @@ from pathlib import Path
 
 INCLUDE = Path(__file__).parent.parent / "ZORTavrinOpenSoftware/ZORTAVMathKernel.m/include"
 LABELS = (
-    "Accuracy|Alignment|Aliasing|Bad arguments|Elements|Failure|Memory|Method|Order|Refusal|Reproducibility|Source|Stack|"
-    "Threads|Units|Zeros and NaN"
+    "Accuracy|Alignment|Aliasing|Bad arguments|Elements|Failure|Memory|Method|Order|Refusal|Reproducibility|Source|"
+    "Stack|Threads|Units|Zeros and NaN"
 )
 PARAM = re.compile(r"@param\s+(?P<names>\w+(?:, ?\w+)*)(?P<gap>\s+)(?:\[(?P<way>[^\]]*)\])?\s*(?P<text>.*)")
 SERIES = re.compile(r"@param\s+([a-z_]+)1\s+\[([^\]]*)\] \.\.\. @param \1(\d+)\s+\[[^\]]*\]\s*(.*)")

@@ -81,9 +81,8 @@ def main(include, pages):
         named = next((text for text in told if any(c in text for c in CLASSES)), "")
         if promised and promised not in named:
             faults.append(f"{name}: the class \"{promised}\" is not named")
-        told = [text for label in ("Threads", "Memory") for text in (topics.get(label, ""), tops[header].get(label, ""))]
         need = page_stacks.get(name)
-        if need and need not in comment + " ".join(told):
+        if need and need not in comment + " ".join([*topics.values(), *tops[header].values()]):
             faults.append(f"{name}: the stack of {need} is not named")
     print("\n".join(faults), file=sys.stderr)
     return 1 if faults else 0
