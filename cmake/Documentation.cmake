@@ -8,6 +8,9 @@ if(ZORTAV_DOXYGEN)
   add_custom_target(documentation COMMAND ${ZORTAV_DOXYGEN} ${PROJECT_BINARY_DIR}/Doxyfile
                     COMMENT "Reference in ${PROJECT_BINARY_DIR}/documentation/html/index.html" VERBATIM)
   if(ZORTAV_BUILD_TESTS AND NOT ZORTAV_SANITIZE AND NOT CMAKE_CROSSCOMPILING)
-    add_test(NAME house.documentation COMMAND ${ZORTAV_DOXYGEN} ${PROJECT_BINARY_DIR}/Doxyfile)
+    add_test(NAME house.documentation
+             COMMAND ${CMAKE_COMMAND} -DDOXYGEN=${ZORTAV_DOXYGEN} -DDOXYFILE=${PROJECT_BINARY_DIR}/Doxyfile
+                     -DHTML=${PROJECT_BINARY_DIR}/documentation/html
+                     -P ${PROJECT_SOURCE_DIR}/tests/house/documentation.cmake)
   endif()
 endif()

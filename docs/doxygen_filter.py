@@ -16,8 +16,8 @@ from pathlib import Path
 
 INCLUDE = Path(__file__).parent.parent / "ZORTavrinOpenSoftware/ZORTAVMathKernel.m/include"
 LABELS = (
-    "Accuracy|Alignment|Aliasing|Bad arguments|Elements|Failure|Memory|Method|Order|Refusal|Reproducibility|Source|Stack|"
-    "Threads|Units|Zeros and NaN"
+    "Accuracy|Alignment|Aliasing|Bad arguments|Elements|Failure|Memory|Method|Order|Refusal|Reproducibility|Source|"
+    "Stack|Threads|Units|Zeros and NaN"
 )
 PARAM = re.compile(r"@param\s+(?P<names>\w+(?:, ?\w+)*)(?P<gap>\s+)(?:\[(?P<way>[^\]]*)\])?\s*(?P<text>.*)")
 SERIES = re.compile(r"@param\s+([a-z_]+)1\s+\[([^\]]*)\] \.\.\. @param \1(\d+)\s+\[[^\]]*\]\s*(.*)")
@@ -73,7 +73,9 @@ def comment(lines):
             in_command = True
         elif not line:
             in_command = False
-        result.append(ENTRY.sub(r'@ref \1 "\1"', line.lstrip()))
+        spans = line.lstrip().split("`")
+        spans[::2] = (WORD.sub(r'@ref \1 "\1"', span) for span in spans[::2])
+        result.append("`".join(spans))
     if verbatim:
         result.append("@endverbatim")
     return result
@@ -111,23 +113,27 @@ def hidden_lengths(match):
 
 
 def known_names():
-    """The entry points and the classes of the public headers."""
-    texts = [path.read_text(encoding="utf-8") for path in INCLUDE.glob("*.h")]
-    entries = [name for text in texts for name in re.findall(r"^ZORTAV_ENTRY\b[^;(]*?(\w+)\(", text, re.M)]
-    return entries, [name for text in texts for name in re.findall(r"^class ZOR_EXPORT (\w+)", text, re.M)]
+    """The entry points, the classes and the files of the public headers; files first, whose names hold others."""
+    files = sorted(INCLUDE.glob("*.h"))
+    texts = [path.read_text(encoding="utf-8") for path in files]
+    declarations = r"^(?:ZORTAV_ENTRY\b[^;(]*?(\w+)\(|class ZOR_EXPORT (\w+))"
+    return [re.escape(path.name) for path in files] + [
+        entry or name for text in texts for entry, name in re.findall(declarations, text, re.M)]
 
 
 def page(text):
-    """A page, with links where code names something that the reference has."""
+    """A page, with links where code names something that the reference has; Doxygen's headings hold no code."""
+    def line(found):
+        return found[0].replace("`", "") if found[0].startswith("#") else CODE.sub(r"[\1](@ref \1)", found[0])
+
     blocks = re.split(r"(^```.*?^```)", text, flags=re.M | re.S)
-    blocks[::2] = (re.sub(r"^(?!#).+", lambda line: NAME.sub(r"[\1](@ref \1)", line[0]), block, flags=re.M)
-                   for block in blocks[::2])
+    blocks[::2] = (re.sub(r"^.+", line, block, flags=re.M) for block in blocks[::2])
     return "".join(blocks)
 
 
-ENTRIES, CLASSES = known_names()
-ENTRY = re.compile(rf"(?<![\w.@\"])({'|'.join(ENTRIES)})(?![\w.])")
-NAME = re.compile(rf"`({'|'.join(ENTRIES + CLASSES)})`")
+KNOWN = "|".join(known_names())
+WORD = re.compile(rf"(?<![\w.@\"`:/<])({KNOWN})(?!\w|\.\w|::|\"|`)")
+CODE = re.compile(rf"`({KNOWN})`")
 
 if __name__ == "__main__":
     with open(sys.argv[1], encoding="utf-8") as source:

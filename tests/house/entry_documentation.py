@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Every plain entry point is documented in the house's order: entry_documentation.py INCLUDE_FOLDER CLASSES_PAGE.
+"""Every plain entry point is documented in the house's order: entry_documentation.py INCLUDE_FOLDER PAGES_FOLDER.
 
 A comment names its topics by the labels below, in this order, after the formula and the arguments. What several entries
 share stands once, in the comment at the top of their header, or with the entry that the comment refers to ("as for
-NAME"). Numerical entries have every topic, the others "Threads". The class of reproducibility is the page's.
+NAME"). Numerical entries have every topic, the others "Threads". The class of reproducibility and the need of stack are
+those of the pages, one of which lists all entries.
 """
 import re
 import sys
@@ -34,7 +35,13 @@ def classes_of_page(page):
     return result
 
 
-def main(include, page):
+def stacks_of_page(page):
+    """The first number of KiB that the page gives each entry."""
+    rows = re.findall(r"^\| (`.*?) \| (\d+ KiB)", page, re.M)
+    return {name: need for names, need in rows for name in re.findall(r"`(\w+)`", names)}
+
+
+def main(include, pages):
     headers = {path.name: path.read_text(encoding="utf-8") for path in sorted(include.glob("*.h"))}
     tops = {name: dict(paragraphs(re.findall(r"/\*(.*?)\*/", text, re.S)[1])) for name, text in headers.items()}
     for whole, parts in SHARED.items():
@@ -44,7 +51,10 @@ def main(include, page):
                for comment, name, arguments in ENTRY.findall(text)}
     declared = sum(len(re.findall(r"^ZORTAV_ENTRY\b", text, re.M)) for text in headers.values())
     faults = [] if entries and declared == len(entries) else [f"{declared} declarations, {len(entries)} with a comment"]
-    page_classes = classes_of_page(page)
+    table = (pages / "entries.md").read_text(encoding="utf-8")
+    faults += [f"{name} is not on the page of entry points" for name in entries if f"`{name}`" not in table]
+    page_classes = classes_of_page((pages / "reproducibility.md").read_text(encoding="utf-8"))
+    page_stacks = stacks_of_page((pages / "threading.md").read_text(encoding="utf-8"))
 
     for name, (header, comment, arguments) in entries.items():
         own = paragraphs(comment)
@@ -71,9 +81,12 @@ def main(include, page):
         named = next((text for text in told if any(c in text for c in CLASSES)), "")
         if promised and promised not in named:
             faults.append(f"{name}: the class \"{promised}\" is not named")
+        need = page_stacks.get(name)
+        if need and need not in comment + " ".join([*topics.values(), *tops[header].values()]):
+            faults.append(f"{name}: the stack of {need} is not named")
     print("\n".join(faults), file=sys.stderr)
     return 1 if faults else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main(Path(sys.argv[1]), Path(sys.argv[2]).read_text(encoding="utf-8")))
+    sys.exit(main(Path(sys.argv[1]), Path(sys.argv[2])))

@@ -69,7 +69,7 @@ ZORTAV_ENTRY void eagemm(const char* transa, const char* transb, const int32_t* 
  *
  * Elements: as for eagemm. m < 1 or n < 1 touches nothing; k < 1 stores zeros unless it accumulates.
  * Bad arguments: none is checked.
- * Threads: runs on the calling thread alone; any number of calls at once on disjoint C.
+ * Threads: runs on the calling thread alone; any number of calls at once on disjoint C. Stack: at most 190 KiB.
  * Reproducibility: fused, with the bits of eagemm.
  */
 ZORTAV_ENTRY int32_t prdgemm(const char* transa, const char* transb, const int32_t* m, const int32_t* n,

@@ -9,7 +9,8 @@
  * - Zeros and NaN: zeros, infinities and NaN take part in the arithmetic like any number.
  * - Bad arguments: none is checked, nothing is printed and, but for eaxmmp and ebhpap, the process is never stopped.
  * - Threads: no state, so any number of calls at once on data that none of them writes.
- * - Memory: no heap; less than 2 KiB of stack, but for eaxmmp and ebhpap, which take eagemm's.
+ * - Memory: no heap; less than 2 KiB of stack, but for eaxmmp and ebhpap, which take 190 KiB on every
+ *   thread of eagemm's team.
  * - Reproducibility: the same bits on every instruction-set level and platform, but for eaxmmp and ebhpap, which are
  *   fused as eagemm is. */
 #ifndef ZORTAV_MATRIX_UTILITIES_H
@@ -106,7 +107,7 @@ ZORTAV_ENTRY void eaxrnd(int32_t* seed, double* r);
  *
  * Bad arguments: as for eagemm. In the threading mode 2 a k of 0 is a leading dimension that stops the process, unless
  * m or n is 0.
- * Threads: as for eagemm, stack included.
+ * Threads: as for eagemm.
  * Reproducibility: fused, with the bits of eagemm.
  * Source: that of eagemm.
  */
@@ -123,7 +124,7 @@ ZORTAV_ENTRY void eaxmmp(const int32_t* m, const int32_t* k, const int32_t* n, c
  * @param r [out] R, n x n, in full. Symmetric but for rounding.
  *
  * Bad arguments: as for eagemm.
- * Threads: as for eagemm, stack included.
+ * Threads: as for eagemm.
  * Reproducibility: fused, with the bits of eagemm.
  * Source: elementary.
  */

@@ -47,7 +47,7 @@
  * Bad arguments: arguments are not checked.
  * Threads: mode 1 divides groups of four vectors (after the first nvec mod 4, which the caller's thread computes) among
  * the default OpenMP team; safe to call from several threads with different y. Positions are 64-bit. Memory: no heap;
- * less than 8 KiB of stack on every thread.
+ * less than 4 KiB of stack on every thread.
  * Reproducibility: fixed order; the same bits for any team, instruction set and platform. Products and sums are rounded
  * separately.
  * Source: row-wise symmetric product with shared loads, as in SPARSKIT and OSKI; register blocking after Mellor-Crummey

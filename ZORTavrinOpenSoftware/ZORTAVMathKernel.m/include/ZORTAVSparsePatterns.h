@@ -14,7 +14,7 @@
  * - Zeros and NaN: there are no values.
  * - Bad arguments: nothing is checked.
  * - Threads: any number of calls at once with different output and work arrays.
- * - Memory: no heap; less than 8 KiB of stack.
+ * - Memory: no heap; less than 2 KiB of stack.
  * - Reproducibility: exact. */
 #ifndef ZORTAV_SPARSE_PATTERNS_H
 #define ZORTAV_SPARSE_PATTERNS_H

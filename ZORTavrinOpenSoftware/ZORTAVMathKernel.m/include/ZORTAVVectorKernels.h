@@ -17,7 +17,8 @@
  *   Alignment        any, even off the element's own boundary; 8 bytes or better is faster.
  *   Elements         a dense vector spans 1 + (n-1)*|inc| elements of its array; only the n elements are touched. With
  *                    n <= 0 nothing is touched, and a value returned is 0. (e_dzero and e_izero differ.)
- *   Aliasing         what is only read may overlap what is only read; a scalar is no part of a vector that is written.
+ *   Aliasing         what is only read may overlap; a scalar is no part of a vector that is written, unless said
+ *                    otherwise.
  *   Zeros and NaN    NaN propagates by the arithmetic of the formula; which NaN results is not fixed.
  *   Bad arguments    nothing is checked, nothing is printed, the process is never stopped.
  *   Threads          no state, no locks: any number of threads at once on data that none of them writes.

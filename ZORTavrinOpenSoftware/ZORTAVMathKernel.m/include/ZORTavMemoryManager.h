@@ -22,10 +22,10 @@
  * fails, and the group number and, if not stated otherwise, the pointers stay as they were.
  *
  * Failure. A request with a length of 0, or of no arrays, fails with "Null Allocation Length", one with a negative
- * length with "NEGATIVE ALLOCATION LENGTH". Where an array is not to be had, the manager finds out how much is, in
- * steps of 5% of the array, *gives up the group made last*, and fails with message 302 of the catalog
- * "ZORTAVMathKernelError", whose parameters 1 and 2 are the requested and the available kilobytes. The same where its
- * own tables cannot grow.
+ * length with "NEGATIVE ALLOCATION LENGTH" and the words summed up to it, modulo 2^32. Where an array is not to be had,
+ * the manager finds out how much is, in steps of 5% of the array, *gives up the group made last*, and fails with
+ * message 302 of the catalog "ZORTAVMathKernelError", whose parameters 1 and 2 are the requested and the available
+ * kilobytes. The same where its own tables cannot grow.
  *
  * Warning mode (SetModeWarning, not 0). An array larger than the allowed allocation (ehalmxc), or not to be had, is
  * refused with the warning that the mode names; mode 1026 names warning 300, whose parameters 1 and 2 are the requested
@@ -89,8 +89,8 @@ class ZOR_EXPORT ZORTavMemoryManager {
    *
    * The list ends at the first handle that is empty, and at the first count of 0 (or element of no size); if that one's
    * handle is not empty and its count or any later one is not 0, the request fails with "Memory allocation: Array type
-   * not recognized". A length that 64 bits do not hold fails with message 1025 of "ZORTAVMathKernelError", or is
-   * refused.
+   * not recognized". An array of count 0 at the end of the list is none: its pointer variable stays as it was. A length
+   * that 64 bits do not hold fails with message 1025 of "ZORTAVMathKernelError", or is refused.
    */
   int Allocation(int& group, const ZORTavTypeEncapMemory& array1, int count1,
                  const ZORTavTypeEncapMemory& array2 = ZORTavTypeEncapMemory(), int count2 = 0,
