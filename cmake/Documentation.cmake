@@ -9,5 +9,6 @@ if(ZORTAV_DOXYGEN)
                     COMMENT "Reference in ${PROJECT_BINARY_DIR}/documentation/html/index.html" VERBATIM)
   if(ZORTAV_BUILD_TESTS AND NOT ZORTAV_SANITIZE AND NOT CMAKE_CROSSCOMPILING)
     add_test(NAME house.documentation COMMAND ${ZORTAV_DOXYGEN} ${PROJECT_BINARY_DIR}/Doxyfile)
+    set_tests_properties(house.documentation PROPERTIES COST 100)  # the longest on one processor: begun first
   endif()
 endif()
