@@ -12,5 +12,6 @@ if(ZORTAV_DOXYGEN)
              COMMAND ${CMAKE_COMMAND} -DDOXYGEN=${ZORTAV_DOXYGEN} -DDOXYFILE=${PROJECT_BINARY_DIR}/Doxyfile
                      -DHTML=${PROJECT_BINARY_DIR}/documentation/html
                      -P ${PROJECT_SOURCE_DIR}/tests/house/documentation.cmake)
+    set_tests_properties(house.documentation PROPERTIES COST 100)  # the longest on one processor: begun first
   endif()
 endif()

@@ -13,10 +13,10 @@ namespace {
 constexpr std::array variables{"TAV_MAX_ALLOC",   "OMP_NUM_THREADS", "LC_ALL",
                                "TAV_REAL_MEMORY", "ADL_ODT_OUT",     "ReplayPurify"};
 
-// The largest array in words, by wide arithmetic; the text's number as C's strtol has it.
+// The largest array in words, by wide arithmetic; the text's number as a 64-bit strtol has it.
 std::int64_t allowed(const std::string& text) {
   constexpr std::int64_t wrap = std::int64_t{1} << 32;
-  const auto megabytes = static_cast<std::int32_t>(std::strtol(text.c_str(), nullptr, 10));
+  const auto megabytes = static_cast<std::int32_t>(std::strtoll(text.c_str(), nullptr, 10));
   std::int64_t bytes = (megabytes * std::int64_t{1024144} % wrap + wrap) % wrap;
   bytes -= bytes > INT_MAX ? wrap : 0;
   return bytes > 0 ? std::min<std::int64_t>(bytes / 8, 2147400000) : 2147400000;
@@ -25,7 +25,7 @@ std::int64_t allowed(const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const bool quiet = std::freopen("/dev/null", "w", stdout) != nullptr;
+  static const bool quiet = std::freopen(zortest::null_device, "w", stdout) != nullptr;
   const std::vector<std::string> values = zortest::texts_of(data, size);
   for (std::size_t i = 0; i < variables.size(); ++i) {
     i < values.size() ? zortest::set_variable(variables[i], values[i]) : zortest::remove_variable(variables[i]);

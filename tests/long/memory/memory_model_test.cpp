@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A million random operations on a manager and on the model of it: status, reports, sums, and the bytes of every array.
+// ZORTAV_TEST_OPERATIONS: how many for each of the five seeds (default 200000).
 #include "memory_model.h"
 
 #include <chrono>
@@ -7,6 +8,7 @@
 #include <cstring>
 
 #include "ZORTAVListing.h"
+#include "long/seeds.h"
 #include "services/managed_memory.h"
 #include "support/numbers.h"
 #include "test_system.h"
@@ -221,8 +223,9 @@ class MemoryModelTest : public testing::Test {
 TEST_F(MemoryModelTest, AMillionOperations) {
   const auto changing = static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
   std::printf("changing seed: %llu\n", static_cast<unsigned long long>(changing));
+  const int operations = zortest::number_from_environment("ZORTAV_TEST_OPERATIONS", 200000);
   for (const std::uint64_t seed : {std::uint64_t{1}, std::uint64_t{2}, std::uint64_t{3}, std::uint64_t{4}, changing}) {
-    run(seed, 200000);
+    run(seed, operations);
   }
 }
 

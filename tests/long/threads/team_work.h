@@ -2,6 +2,9 @@
 // Work for a team: a product of several passes and row blocks, and a sparse one of several groups of vectors.
 #pragma once
 
+#include <omp.h>
+
+#include <cstring>
 #include <vector>
 
 #include "matrix_kernels/product_oracle.h"

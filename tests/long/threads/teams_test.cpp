@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Teams of every kind around and inside the library: each result has the bits of a single thread's.
 #include <gtest/gtest.h>
+#include <omp.h>
 
 #include <thread>
 #include <vector>

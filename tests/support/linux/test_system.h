@@ -25,6 +25,7 @@ namespace zortest {
 
 inline constexpr char list_separator = ':';
 inline constexpr char path_separator = '/';
+inline constexpr char null_device[] = "/dev/null";
 
 inline void set_variable(const std::string& name, const std::string& value) {
   setenv(name.c_str(), value.c_str(), 1);

@@ -22,6 +22,7 @@ namespace zortest {
 
 inline constexpr char list_separator = ';';
 inline constexpr char path_separator = '\\';
+inline constexpr char null_device[] = "NUL";
 
 // The system's environment can hold an empty value, the C runtime's copy of it cannot.
 inline void remove_variable(const std::string& name) {
