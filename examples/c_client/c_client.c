@@ -19,11 +19,11 @@ static double largest_difference(const double* a, const double* b) {
   return largest;
 }
 
-/* x := V·D⁻¹·Vᵀ·b */
+/* x := V·D⁻¹·Vᵀ·b; what x holds must be numbers: eagemv multiplies it by its beta, also by 0. */
 static void solve_by_eigenvectors(const double* d, const double* v, const double* b, double* x) {
   const int32_t order = n, inc = 1;
   const double one = 1.0, zero = 0.0;
-  double w[n];
+  double w[n] = {0};
   eagemv("T", &order, &order, &one, v, &order, b, &inc, &zero, w, &inc, 1);
   for (int i = 0; i < n; ++i) {
     w[i] /= d[i];
@@ -34,7 +34,8 @@ static void solve_by_eigenvectors(const double* d, const double* v, const double
 int main(void) {
   const int32_t order = n, ascending = 1, inc = 1, all = packed;
   const double one = 1.0, zero = 0.0;
-  double b[n * n], a[n * n], lower[packed], factor[packed], d[n], v[n * n], work[n], right[n], x[n], y[n], r[n];
+  double b[n * n], a[n * n], lower[packed], factor[packed], d[n], v[n * n], work[n], right[n], x[n], y[n] = {0},
+                                                                                                     r[n] = {0};
   int32_t ierr = 0, decision = 0;
 
   ehaldb(&decision); /* the library looks at its environment */

@@ -196,6 +196,16 @@ TEST_F(Catalog, ABrokenFileIsReportedOnceAndTakenAsAbsent) {
   }
 }
 
+TEST_F(Catalog, FieldsThatNobodyKnowsAreLeftOutAndTheLastOfTwoCounts) {
+  write(folder_ / "Own_en.json", R"({"ERR_0007": {"diagnostic": "first", "advice": "of the first"},
+      "ERR_0007": {"a": 7, "b": -7, "c": 0.5, "diagnostic": "second", "d": null, "e": true, "f": "text", "help_file": "h",
+                   "diagnostic": "d"}})");
+  EXPECT_EQ(own(), "d");
+  const ZORResourceError error("ERR_0007", "Own");
+  EXPECT_TRUE(error.GetNLSAdvice().IsEmpty());
+  EXPECT_STREQ(error.GetNLSHelpFile().GetText(), "h");
+}
+
 TEST_F(Catalog, OnlyPlainFilesOfPlainNamesAreRead) {
   write(folder_ / "Other_en.json", R"({"ERR_0007": {"diagnostic": "other"}})");
   const std::string deeper = folder_ / "deeper";

@@ -58,6 +58,54 @@ TEST(Error, KnowsItsClass) {
   EXPECT_EQ(ZORError().IsAKindOf("ZORResourceError"), 0);
 }
 
+// The operations of the base classes that a kind of error may leave alone.
+TEST(Error, OneWithoutACatalogHasNothingToTell) {
+  ZORError error(17);
+  EXPECT_EQ(error.GetId(), 17U);
+  EXPECT_STREQ(error.GetMsgId(), "");
+  EXPECT_STREQ(error.GetMsgCatalog(), "");
+  const ZORUnicodeString parameter("unused");
+  error.SetNLSParameters(1, &parameter, 1, &parameter, 1, &parameter);
+  EXPECT_TRUE(error.GetNLSMessage().IsEmpty() && error.GetNLSHelpFile().IsEmpty() &&
+              error.GetNLSHelpContext().IsEmpty() && error.GetNLSSource().IsEmpty());
+  EXPECT_EQ(zortav::test::captured(stderr, [&] { error.Display(); }), "\n");
+  EXPECT_EQ(zortav::test::captured(stderr, [&] { error.PrintHistory(); }), "  () \n");
+  int32_t length = -1;
+  EXPECT_EQ(error.GetErrorTable(&length), nullptr);
+  EXPECT_EQ(length, 0);
+  EXPECT_STREQ(error.IsA(), "ZORError");
+  ZORError* const copy = error.CloneSelf();
+  EXPECT_EQ(copy->GetId(), 17U);
+  EXPECT_EQ(copy->Release(), 0U);
+}
+
+TEST(Error, AsAnObjectOffersNoAutomationAndStandsForItself) {
+  ZORBaseObject object;
+  ZORBaseObject other(object);
+  other = object;
+  EXPECT_STREQ(object.IsA(), "ZORBaseObject");
+  EXPECT_STREQ(object.GetMetaObject()->GetInterfaceName(), "ZORNull");
+  EXPECT_STREQ(object.GetMetaObject()->GetFramework(), "ZORFramework");
+  EXPECT_EQ(object.IsAKindOf("ZORError"), 0);
+  void* result = &object;
+  EXPECT_EQ(object.QueryInterface(ZORUuid(), &result), ZORStatusNoInterface);
+  EXPECT_EQ(result, nullptr);
+  uint32_t count = 9;
+  EXPECT_EQ(object.GetTypeInfoCount(&count), 0);
+  EXPECT_EQ(count, 0U);
+  result = &object;
+  EXPECT_EQ(object.GetTypeInfo(0, 0, &result), ZORStatusNotOffered);
+  EXPECT_EQ(result, nullptr);
+  EXPECT_EQ(object.GetIDsOfNames(ZORUuid(), nullptr, 0, 0, nullptr), ZORStatusNotOffered);
+  EXPECT_EQ(object.Invoke(0, ZORUuid(), 0, 0, nullptr, nullptr, nullptr, nullptr), ZORStatusNotOffered);
+  EXPECT_EQ(object.GetImpl(), &object);
+  object.SetImpl(&other);
+  object.ChangeComponentState(0, 1, nullptr);
+  EXPECT_EQ(object.GetImpl(), &other);
+  EXPECT_EQ(object.IsNull(), 0);
+  EXPECT_TRUE(object.IsEqual(&object) == 1 && object.IsEqual(&other) == 0 && object.IsEqual(nullptr) == 0);
+}
+
 TEST(Error, ACopyAndAnAssignmentTellTheSame) {
   ZORResourceError error(302, "ERR_0302", "ZORTAVMathKernelError");
   const ZORUnicodeString parameters[] = {"1000", "900"};

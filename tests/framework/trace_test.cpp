@@ -14,6 +14,10 @@ using zortav::test::captured;
 
 TEST(Trace, WhatIsWritten) {
   ZORTrace trace("what", "title", 0, "STDOUT", 16);
+  EXPECT_STREQ(trace.GetName(), "what");
+  EXPECT_STREQ(trace.GetTitle(), "title");
+  EXPECT_STREQ(trace.GetOutput(), "STDOUT");
+  EXPECT_TRUE(trace.GetMode() == 0 && trace.GetBufferSize() == 16);
   const std::string long_text(5000, 'x');
   EXPECT_EQ(captured(stdout,
                      [&] {

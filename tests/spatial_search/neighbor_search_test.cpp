@@ -189,6 +189,12 @@ TEST(NeighborTree, RefusesFailsAndForgetsAsDocumented) {
   EXPECT_EQ(tree.GetMaxError(), 0);
   tree.refused = 3;
   ASSERT_EQ(query(3, 9), 0);
+  ASSERT_EQ(tree.GetNeighbors(1, -2, 3, 1, found, index, square, 0.5, 3, 1), 0);
+  double x = 0;
+  double y = 0;
+  double z = 0;
+  tree.GetQueryPoint(x, y, z);
+  EXPECT_TRUE(x == 1 && y == -2 && z == 3);
   tree.Reset();
   EXPECT_EQ(tree.GetSquareDists(), nullptr);
   EXPECT_EQ(tree.GetNbValidEntities(), 3U) << "the octree stays";

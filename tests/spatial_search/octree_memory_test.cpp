@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "spatial_search/octree_oracle.h"
-#include "spatial_search/refused_allocations.h"
+#include "support/refused_allocations.h"
 
 namespace {
 

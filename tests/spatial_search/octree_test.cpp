@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -77,6 +78,36 @@ TEST(Octree, LimitsKeepTheirTwoUnits) {
   EXPECT_EQ(tree.GetLevelMaxNbOctants(3), 512U);
   EXPECT_EQ(tree.GetTreeMaxNbOctants(11), 1227133513U);
   EXPECT_EQ(tree.GetLevelMaxNbOctants(11) + tree.GetLevelMaxNbOctants(400) + tree.GetTreeMaxNbOctants(400), 0U);
+}
+
+TEST(Octree, TellsItsBoxAndThoseOfItsNodes) {
+  using Box = std::array<double, 6>;
+  const auto box_of = [](const auto& boxed) {
+    Box b;
+    boxed.GetBoundingBox(b[0], b[1], b[2], b[3], b[4], b[5]);
+    return b;
+  };
+  const auto sizes_of = [](const auto& boxed) {
+    std::array<double, 3> sizes;
+    boxed.GetSizes(sizes[0], sizes[1], sizes[2]);
+    return sizes;
+  };
+  const auto centre_of = [](const Tree& tree) {
+    std::array<double, 3> centre;
+    tree.GetCenter(centre[0], centre[1], centre[2]);
+    return centre;
+  };
+  const Cloud cloud{{1, 10, 3}, {5, 2, -1}, {100, 100, 100}, {1.5, 9, 2.5}};
+  const unsigned char without_the_third[] = {1, 1, 0, 1};
+  Tree tree;
+  EXPECT_EQ(box_of(tree), Box{});
+  EXPECT_EQ(centre_of(tree), (std::array<double, 3>{}));
+  ASSERT_EQ(tree.Build(cloud.data(), 4, 1, without_the_third, 1e-3, 9), 0);
+  EXPECT_EQ(box_of(tree), (Box{1, 2, -1, 5, 10, 3}));
+  EXPECT_EQ(centre_of(tree), (std::array<double, 3>{3, 6, 1}));
+  EXPECT_EQ(sizes_of(tree), (std::array<double, 3>{4, 8, 4}));
+  EXPECT_EQ(box_of(*tree.root()), box_of(tree));
+  EXPECT_EQ(sizes_of(*tree.root()), sizes_of(tree));
 }
 
 // Nodes that count themselves, made until they are refused.

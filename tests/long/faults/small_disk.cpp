@@ -24,7 +24,7 @@ bool make_own_mounts() {
     std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
     std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
   }
-  return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+  return mount("none", "/", "", MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 bool take_own_mounts() {
@@ -55,7 +55,7 @@ const std::string& SmallDisk::refusal() {
 }
 
 bool SmallDisk::make_read_only() const {
-  return mount(nullptr, path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+  return mount("none", path().c_str(), "", MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }
 
 }  // namespace zortest

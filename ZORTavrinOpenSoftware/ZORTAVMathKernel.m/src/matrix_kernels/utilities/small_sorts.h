@@ -97,8 +97,9 @@ inline constexpr std::array small_sorts{sorts_of(2), sorts_of(3), sorts_of(4)};
 
 // For keys[0..count-1], 2 <= count <= 4; null if two are equal. The keys behind them must be larger than all.
 inline const SmallSort* small_sort(std::size_t count, const std::array<std::int64_t, small_sort_limit>& keys) {
-  const bool equal = (keys[0] == keys[1]) | (keys[0] == keys[2]) | (keys[1] == keys[2]) | (keys[0] == keys[3]) |
-                     (keys[1] == keys[3]) | (keys[2] == keys[3]);
+  // As integers, added up without a branch.
+  const auto same = [&keys](std::size_t i, std::size_t j) { return keys[i] == keys[j] ? 1 : 0; };
+  const bool equal = (same(0, 1) | same(0, 2) | same(1, 2) | same(0, 3) | same(1, 3) | same(2, 3)) != 0;
   return equal ? nullptr : &detail::small_sorts[count - 2][detail::outcomes(keys)];
 }
 

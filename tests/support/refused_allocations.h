@@ -6,5 +6,6 @@ namespace zortest {
 
 extern int allocations_left;  // that may fail and are served before refusals begin; negative: none is refused
 extern int refusals_left;
+extern bool throwing_ones_fail_too;  // else only those that return a null pointer
 
 }  // namespace zortest

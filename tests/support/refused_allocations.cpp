@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Apart from what uses it: a compiler that sees both finds new and free mismatched.
-#include "spatial_search/refused_allocations.h"
+#include "support/refused_allocations.h"
 
 #include <cstdlib>
 #include <new>
@@ -9,26 +9,35 @@ namespace zortest {
 
 int allocations_left = -1;
 int refusals_left = 0;
+bool throwing_ones_fail_too = false;
 
 }  // namespace zortest
 
 using zortest::allocations_left;
 using zortest::refusals_left;
 
-void* operator new(std::size_t size) {
-  void* memory = std::malloc(size);
-  return memory != nullptr ? memory : throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) {
-  return operator new(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept {
+namespace {
+
+void* allocate(std::size_t size) noexcept {
   if (allocations_left == 0 && refusals_left > 0) {
     --refusals_left;
     return nullptr;
   }
   allocations_left -= allocations_left > 0 ? 1 : 0;
   return std::malloc(size);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* memory = zortest::throwing_ones_fail_too ? allocate(size) : std::malloc(size);
+  return memory != nullptr ? memory : throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept {
+  return allocate(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
   return operator new(size, tag);
