@@ -5,6 +5,8 @@
 #include <iterator>
 #include <utility>
 
+#include "substructure/leading_block.h"
+
 namespace component {
 namespace {
 
@@ -117,6 +119,10 @@ void ReducedProblem::add(const ReducedPart& part) {
 modal::ModalResult ReducedProblem::solve(std::int32_t modes) const {
   NoProgress quiet;
   return modal::find_lowest_modes(stiffness_, mass_, modes, quiet);
+}
+
+modal::SymmetricMatrix ReducedProblem::joint_stiffness() const {
+  return leading_block(stiffness_, joint_unknowns_);
 }
 
 modal::Array<double> ReducedProblem::share(int part, const modal::ModalResult& result) const {
