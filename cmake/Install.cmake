@@ -46,6 +46,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZORTAVMathKernelConfigVer
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/ZORTAVMathKernelConfig.cmake
               ${PROJECT_BINARY_DIR}/ZORTAVMathKernelConfigVersion.cmake
+              ${CMAKE_CURRENT_LIST_DIR}/ZORTAVMathKernelFortran.cmake
         DESTINATION ${package_dir} COMPONENT development)
 install(EXPORT ZORTAVMathKernel NAMESPACE ZORTAVMathKernel:: FILE ZORTAVMathKernelTargets.cmake
         DESTINATION ${package_dir} COMPONENT development)

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Doxygen's input filter: prints a public header with its comments in Doxygen's notation.
+"""Doxygen's input filter: prints a public header with its comments in Doxygen's notation, or a page.
 
-The comments are written to be read in the header. What differs for Doxygen, line for line:
+In both, the names of entry points and classes become links to their reference. The comments are written to be read in
+the header. What differs for Doxygen, line for line:
   - the comment at the top becomes the page of the file;
   - "@param name [in] ..." has the direction behind the name, "@param a [in] ... @param d [in]" means a series a to d;
   - lines indented by two blanks or more are formulas or tables and are set as they stand;
@@ -11,10 +12,12 @@ The comments are written to be read in the header. What differs for Doxygen, lin
 """
 import re
 import sys
+from pathlib import Path
 
+INCLUDE = Path(__file__).parent.parent / "ZORTavrinOpenSoftware/ZORTAVMathKernel.m/include"
 LABELS = (
-    "Accuracy|Alignment|Aliasing|Bad arguments?|Elements|Errors?|Failure|Memory|NaN|Order|Reproducibility|Reproducible|"
-    "Source|Threads|Units|Zeros?(?: and NaN)?|Zeros, infinities and NaN|Zero|Method"
+    "Accuracy|Alignment|Aliasing|Bad arguments|Elements|Failure|Memory|Method|Order|Refusal|Reproducibility|Source|Stack|"
+    "Threads|Units|Zeros and NaN"
 )
 PARAM = re.compile(r"@param\s+(?P<names>\w+(?:, ?\w+)*)(?P<gap>\s+)(?:\[(?P<way>[^\]]*)\])?\s*(?P<text>.*)")
 SERIES = re.compile(r"@param\s+([a-z_]+)1\s+\[([^\]]*)\] \.\.\. @param \1(\d+)\s+\[[^\]]*\]\s*(.*)")
@@ -47,7 +50,7 @@ def sentences(line):
 
 def comment(lines):
     """The lines of one comment, without its marks."""
-    result, verbatim, in_command, after_blank = [], False, False, True
+    result, verbatim, in_command = [], False, False  # a list's entry counts as a command
     for line in (part for line in lines for part in sentences(line)):
         indented = re.match(r"  +\S", line) is not None
         if not verbatim and indented and not in_command:
@@ -59,16 +62,18 @@ def comment(lines):
         if verbatim:
             result.append(line)
             continue
-        label = re.match(rf"({LABELS})(?: *): +(.*)", line)
+        label = re.match(rf"((?:{LABELS})(?: (?:in|of) [^:]*)?) *: +(.*)", line)
         if line.startswith("@"):
             in_command = True
             line = parameter(line)
         elif label:
             in_command = True
             line = f"@par {label[1]}\n{label[2]}"
+        elif re.match(r"- |\d+\. ", line):
+            in_command = True
         elif not line:
             in_command = False
-        result.append(line.lstrip())
+        result.append(ENTRY.sub(r'@ref \1 "\1"', line.lstrip()))
     if verbatim:
         result.append("@endverbatim")
     return result
@@ -92,17 +97,38 @@ def translated(text):
         return "/**\n" + "\n".join(comment(lines)) + "\n*/"
 
     text = re.sub(r"(?P<mark>/\*\*(?!<)|/\*(?!\*))(?P<body>.*?)\*/", replace, text, flags=re.S)
-    return re.sub(r"\n\*/(?=\nZORTAV_ENTRY[^;]*HIDDEN_LENGTH[^;]*;)", hidden_lengths, text)
+    entry = r"/\*\*(?P<comment>(?:(?!\*/).)*)\*/(?P<declaration>\nZORTAV_ENTRY[^;]*HIDDEN_LENGTH[^;]*;)"
+    return re.sub(entry, hidden_lengths, text, flags=re.S)
 
 
 def hidden_lengths(match):
-    """The end of a comment, with the hidden lengths of the declaration behind it documented once for all entries."""
-    declaration = match.string[match.end():match.string.index(";", match.end())]
-    before = match.string[match.string.rindex("/**", 0, match.start()):match.start()]
-    names = [n for n in re.findall(r"HIDDEN_LENGTH\((\w+)\)", declaration) if not re.search(rf"@param\S* {n}\b", before)]
-    return (f"\n@param[in] {','.join(names)} hidden length; not read.\n*/") if names else match[0]
+    """An entry whose hidden lengths are documented, behind the other arguments."""
+    text, names = match["comment"], re.findall(r"HIDDEN_LENGTH\((\w+)\)", match["declaration"])
+    names = [name for name in names if not re.search(rf"@param\S* {name}\b", text)]
+    at = min((text.find(mark) for mark in ("@par ", "@return") if mark in text), default=len(text))
+    line = f"@param[in] {','.join(names)} hidden length; not read.\n\n" if names else ""
+    return f"/**{text[:at]}{line}{text[at:]}*/{match['declaration']}"
 
+
+def known_names():
+    """The entry points and the classes of the public headers."""
+    texts = [path.read_text(encoding="utf-8") for path in INCLUDE.glob("*.h")]
+    entries = [name for text in texts for name in re.findall(r"^ZORTAV_ENTRY\b[^;(]*?(\w+)\(", text, re.M)]
+    return entries, [name for text in texts for name in re.findall(r"^class ZOR_EXPORT (\w+)", text, re.M)]
+
+
+def page(text):
+    """A page, with links where code names something that the reference has."""
+    blocks = re.split(r"(^```.*?^```)", text, flags=re.M | re.S)
+    blocks[::2] = (re.sub(r"^(?!#).+", lambda line: NAME.sub(r"[\1](@ref \1)", line[0]), block, flags=re.M)
+                   for block in blocks[::2])
+    return "".join(blocks)
+
+
+ENTRIES, CLASSES = known_names()
+ENTRY = re.compile(rf"(?<![\w.@\"])({'|'.join(ENTRIES)})(?![\w.])")
+NAME = re.compile(rf"`({'|'.join(ENTRIES + CLASSES)})`")
 
 if __name__ == "__main__":
     with open(sys.argv[1], encoding="utf-8") as source:
-        sys.stdout.write(translated(source.read()))
+        sys.stdout.write((page if sys.argv[1].endswith(".md") else translated)(source.read()))

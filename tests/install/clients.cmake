@@ -18,6 +18,23 @@ run(${CMAKE_COMMAND} -S ${examples} -B ${FOLDER}/build -G ${GENERATOR} -DCMAKE_P
 run(${CMAKE_COMMAND} --build ${FOLDER}/build)
 run(${CMAKE_CTEST_COMMAND} --test-dir ${FOLDER}/build --no-tests=error)
 
+# A project of several Fortran programs and no other language: one module serves them all.
+file(WRITE ${FOLDER}/fortran/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
+project(fortran_programs LANGUAGES Fortran)
+enable_testing()
+find_package(ZORTAVMathKernel 1.0 REQUIRED)
+foreach(program ${examples}/mass_chain ${CMAKE_CURRENT_LIST_DIR}/fortran_calls)
+  get_filename_component(name \${program} NAME)
+  add_executable(\${name} \${program}.f90)
+  target_link_libraries(\${name} PRIVATE ZORTAVMathKernel::Fortran)
+  add_test(NAME \${name} COMMAND \${name})
+endforeach()
+")
+run(${CMAKE_COMMAND} -S ${FOLDER}/fortran -B ${FOLDER}/fortran/build -G ${GENERATOR} -DCMAKE_PREFIX_PATH=${prefix}
+    -DCMAKE_Fortran_COMPILER=${FORTRAN_COMPILER})
+run(${CMAKE_COMMAND} --build ${FOLDER}/fortran/build)
+run(${CMAKE_CTEST_COMMAND} --test-dir ${FOLDER}/fortran/build --no-tests=error)
+
 # Through pkg-config.
 file(GLOB_RECURSE package_file ${prefix}/ZORTAVMathKernel.pc)
 get_filename_component(package_dir ${package_file} DIRECTORY)

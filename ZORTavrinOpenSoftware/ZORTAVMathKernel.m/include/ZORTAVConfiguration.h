@@ -3,9 +3,12 @@
  *
  * What follows holds for all of them. Memory is counted in 8-byte words. They read environment variables, none of which
  * has to be set; a variable that is set but empty is set, and a text that does not start with a number reads as 0
- * unless said otherwise. None reports an error. Arguments are only written, whatever they held; arguments of one call
- * must not overlap. Decisions are kept in plain process-wide variables: call them from the main thread before any
- * parallel work. Results depend on the machine and the environment alone. */
+ * unless said otherwise. Results depend on the machine and the environment alone.
+ *
+ * Aliasing: arguments of one call must not overlap; they are only written, whatever they held.
+ * Bad arguments: there are none, and no error is reported.
+ * Threads: decisions are kept in plain process-wide variables: call from the main thread before any parallel work,
+ * unless said otherwise. */
 #ifndef ZORTAV_CONFIGURATION_H
 #define ZORTAV_CONFIGURATION_H
 

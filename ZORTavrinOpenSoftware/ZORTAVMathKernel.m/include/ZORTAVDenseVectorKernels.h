@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /* Operations on dense vectors. Included by ZORTAVVectorKernels.h, which states the common rules.
  *
- * Where no other source is named, an operation is that of C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh: Basic
- * linear algebra subprograms for Fortran usage, ACM TOMS 5 (1979). */
+ * Source: where no other is named, C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh: Basic linear algebra
+ * subprograms for Fortran usage, ACM TOMS 5 (1979). */
 #ifndef ZORTAV_DENSE_VECTOR_KERNELS_H
 #define ZORTAV_DENSE_VECTOR_KERNELS_H
 
@@ -16,8 +16,8 @@
  * @param incx [in]  increment, paired.
  *
  * Elements:        the n elements are written (as one block when incx = 1), none is read.
- * Zero and NaN:    NaNs are cleared like other values.
- * Bad argument:    n = 0 returns at once. n < 0 does nothing when incx is not 1; with incx = 1 it is not guarded and
+ * Zeros and NaN:   NaNs are cleared like other values.
+ * Bad arguments:   n = 0 returns at once. n < 0 does nothing when incx is not 1; with incx = 1 it is not guarded and
  *                  must not be passed.
  * Reproducibility: exact.
  * Source:          elementary.
@@ -25,7 +25,7 @@
 ZORTAV_ENTRY void e_dzero(const int32_t* n, double* x, const int32_t* incx);
 
 /**
- * ix(i) := 0, i = 1..n: e_dzero for 32-bit integers, with the same rules.
+ * ix(i) := 0, i = 1..n: for 32-bit integers; otherwise as for e_dzero.
  *
  * @param n    [in]  number of elements, >= 0 when incx = 1.
  * @param ix   [out] vector.
@@ -45,13 +45,13 @@ ZORTAV_ENTRY void e_izero(const int32_t* n, int32_t* ix, const int32_t* incx);
  * Elements:        n elements of x are read, n of y written.
  * Aliasing:        any. With both increments 1 the result is as if x were read before y is written; otherwise elements
  *                  are copied one by one in ascending i.
- * Zero and NaN:    values are copied bit for bit.
+ * Zeros and NaN:   values are copied bit for bit.
  * Reproducibility: exact.
  */
 ZORTAV_ENTRY void e_dcopy(const int32_t* n, const double* x, const int32_t* incx, double* y, const int32_t* incy);
 
 /**
- * iy(i) := ix(i), i = 1..n: e_dcopy for 32-bit integers, with the same rules.
+ * iy(i) := ix(i), i = 1..n: for 32-bit integers; otherwise as for e_dcopy.
  *
  * @param n    [in]  number of elements.
  * @param ix   [in]  vector.
@@ -71,7 +71,7 @@ ZORTAV_ENTRY void e_icopy(const int32_t* n, const int32_t* ix, const int32_t* in
  *
  * Elements:        the n elements are read and written.
  * Aliasing:        alpha may be an element of x: it is read once.
- * Zero and NaN:    every element is multiplied whatever alpha is: 0*NaN and 0*infinity are NaN, 1*NaN stays NaN.
+ * Zeros and NaN:   every element is multiplied whatever alpha is: 0*NaN and 0*infinity are NaN, 1*NaN stays NaN.
  * Reproducibility: fixed order.
  */
 ZORTAV_ENTRY void e_dscal(const int32_t* n, const double* alpha, double* x, const int32_t* incx);
@@ -86,7 +86,7 @@ ZORTAV_ENTRY void e_dscal(const int32_t* n, const double* alpha, double* x, cons
  *
  * Elements:        the n elements are read and written, unless sa is 0 or 1.
  * Aliasing:        sa may be an element of x: it is read once.
- * Zero and NaN:    sa = 0 and sa = 1 return without touching x, on purpose. 1/sa is not guarded against overflow: a
+ * Zeros and NaN:   sa = 0 and sa = 1 return without touching x, on purpose. 1/sa is not guarded against overflow: a
  *                  divisor of magnitude up to 2^-1024 multiplies by infinity.
  * Reproducibility: fixed order.
  * Source:          elementary.
@@ -105,7 +105,7 @@ ZORTAV_ENTRY void drscl(const int32_t* n, const double* sa, double* x, const int
  *
  * Elements:        n elements of x are read, n of y read and written.
  * Aliasing:        x and y may be the same vector with the same increment; otherwise they may not overlap.
- * Zero and NaN:    alpha = 0 (or -0) returns at once: x and y are not read and a NaN in x does not reach y.
+ * Zeros and NaN:   alpha = 0 (or -0) returns at once: x and y are not read and a NaN in x does not reach y.
  * Reproducibility: fixed order; an element's bits depend neither on n nor on increments or alignment.
  */
 ZORTAV_ENTRY void e_daxpy(const int32_t* n, const double* alpha, const double* x, const int32_t* incx, double* y,
@@ -122,7 +122,7 @@ ZORTAV_ENTRY void e_daxpy(const int32_t* n, const double* alpha, const double* x
  *
  * Elements:        n elements of each vector are read and written.
  * Aliasing:        x and y may be the same vector with the same increment; otherwise they may not overlap.
- * Zero and NaN:    values are copied bit for bit.
+ * Zeros and NaN:   values are copied bit for bit.
  * Reproducibility: exact.
  */
 ZORTAV_ENTRY void e_dswap(const int32_t* n, double* x, const int32_t* incx, double* y, const int32_t* incy);
@@ -152,7 +152,7 @@ ZORTAV_ENTRY double e_dasum(const int32_t* n, const double* x, const int32_t* in
  * @param incx [in] increment, walking; 0 gives |x(1)|.
  *
  * Elements:        the n elements are read; for n = 1 only x(1).
- * Zero and NaN:    NaNs are passed over; NaN when there is nothing else.
+ * Zeros and NaN:   NaNs are passed over; NaN when there is nothing else.
  * Reproducibility: exact.
  * Source:          elementary.
  */
@@ -166,7 +166,7 @@ ZORTAV_ENTRY double damax(const int32_t* n, const double* x, const int32_t* incx
  * @param incx [in] increment, walking; 0 gives 1.
  *
  * Elements:        the n elements are read; none for n = 1.
- * Zero and NaN:    NaNs are passed over; 1 when there is nothing else. 0 and -0 are of equal magnitude.
+ * Zeros and NaN:   NaNs are passed over; 1 when there is nothing else. 0 and -0 are of equal magnitude.
  * Reproducibility: exact.
  */
 ZORTAV_ENTRY int32_t e_idamax(const int32_t* n, const double* x, const int32_t* incx);
@@ -179,7 +179,7 @@ ZORTAV_ENTRY int32_t e_idamax(const int32_t* n, const double* x, const int32_t* 
  * @param incx [in] increment, walking; 0 takes x(1)^2 n times.
  *
  * Elements:        the n elements are read.
- * Zero and NaN:    zeros give 0. A NaN gives NaN. One infinity gives infinity, two give NaN.
+ * Zeros and NaN:   zeros give 0. A NaN gives NaN. One infinity gives infinity, two give NaN.
  * Reproducibility: fixed order, strictly sequential, in four phases that are never gone back to: leading zeros; small
  *                  elements, scaled by their largest; from the first above 8.232e-11, plain squares; from the first not
  *                  below 1.304e19/n (n rounded to single precision), scaled again.
@@ -197,7 +197,7 @@ ZORTAV_ENTRY double e_dnrm2(const int32_t* n, const double* x, const int32_t* in
  *
  * Elements:        all four scalars are written, except that a = b = 0 gives c = 1, s = 0 and leaves a and b alone.
  * Aliasing:        the four may not overlap.
- * Zero and NaN:    a = 0 gives c = 0, s = 1, z = 1. A NaN reaches the results, except that b = 0 with a NaN in a counts
+ * Zeros and NaN:   a = 0 gives c = 0, s = 1, z = 1. A NaN reaches the results, except that b = 0 with a NaN in a counts
  *                  as no rotation. Components above half the largest number overflow.
  * Reproducibility: fixed order.
  */

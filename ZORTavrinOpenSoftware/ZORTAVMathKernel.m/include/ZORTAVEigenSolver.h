@@ -7,15 +7,16 @@
  * that row i is contiguous and ends with its diagonal. V is n x n by columns with leading dimension n.
  *
  * What holds for every entry point here
- * - Arrays must not overlap each other. Elements that are not named are neither read nor written.
- * - No argument is checked and no message is written.
- * - Zeros, infinities and NaN take part in the arithmetic like any number; nothing is scaled against overflow or
- *   underflow.
+ * - Elements: those that are not named are neither read nor written.
+ * - Aliasing: arrays must not overlap each other.
+ * - Zeros and NaN: zeros, infinities and NaN take part in the arithmetic like any number; nothing is scaled against
+ *   overflow or underflow.
+ * - Bad arguments: none is checked and no message is written.
  * - Threads: reentrant; calls on different data may run at the same time. No heap memory is used.
- *   The stack need is below 2 KiB but for eaxeig and eaxeql, which take 370 KiB.
+ *   The stack need is below 2 KiB but for eaxeig and eaxeql, which take 370 KiB, and eaxevp, which takes 40 KiB.
  * - Reproducibility: the same bits on every instruction-set level, platform and number of threads. No operation is
- *   fused. A sum marked (8) is taken in eight partial sums, term k in sum (k-1) mod 8 in ascending order, joined as
- *   ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)). */
+ *   fused. Eight lanes, unless another class is named: a sum marked (8) is taken in eight partial sums, term k in sum
+ *   (k-1) mod 8 in ascending order, joined as ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)). */
 #ifndef ZORTAV_EIGEN_SOLVER_H
 #define ZORTAV_EIGEN_SOLVER_H
 
@@ -35,9 +36,10 @@
  * @return 0; 1 when the iteration failed. Then d and v stand as the iteration left them, neither ordered nor
  *         transformed back.
  *
- * A NaN in A ends in result 1 or in NaN eigenpairs; a square beyond the range of a double (elements
+ * Zeros and NaN: a NaN in A ends in result 1 or in NaN eigenpairs; a square beyond the range of a double (elements
  * above about 1e154) acts like one, and rows whose squares all vanish (elements below about 1e-162) count as zero but
  * for their last off-diagonal element.
+ * Source: that of the stages.
  */
 ZORTAV_ENTRY int32_t eaxeig(const int32_t* n, const int32_t* ord, double* a, double* d, double* v, double* e,
                             int32_t* ierr);
@@ -45,11 +47,17 @@ ZORTAV_ENTRY int32_t eaxeig(const int32_t* n, const int32_t* ord, double* a, dou
 /**
  * T = Qᵀ·A·Q, tridiagonal, by Householder reflectors I − u·uᵀ/h, rows taken from the last one upward.
  *
- * For i = n, ..., 3 with l = i − 1: h = Σ a(i,k)² over k <= l (8), not scaled. If h = 0: e(i) = a(i,l), d(i) = a(i,i),
- * a(i,i) := 0. Otherwise f = a(i,l), g = −√h for f >= 0 and +√h for f < 0, e(i) = g, h := h − f·g, a(i,l) := f − g;
- * with u = a(i,1..l): p = A·u·(1/h) over the leading l x l block, p := p − (Σ p(j)·u(j) (8) / (h + h))·u and A := A −
- * u·pᵀ − p·uᵀ, the two products subtracted one after the other; d(i) = a(i,i), a(i,i) := h. Element j of A·u is the sum
- * of a(j,k)·u(k) over k <= j (8), to which the terms a(k,j)·u(k), k > j, are added in ascending order.
+ *   for i = n, ..., 3, with l = i − 1:
+ *     h = Σ a(i,k)² over k <= l (8), not scaled
+ *     h = 0:  e(i) = a(i,l);  d(i) = a(i,i);  a(i,i) := 0
+ *     else:   f = a(i,l);  g = −√h for f >= 0, +√h for f < 0;  e(i) = g;  h := h − f·g;  a(i,l) := f − g
+ *             u = a(i,1..l);  p = A·u·(1/h) over the leading l x l block
+ *             p := p − (Σ p(j)·u(j) (8) / (h + h))·u
+ *             A := A − u·pᵀ − p·uᵀ, the two products subtracted one after the other
+ *             d(i) = a(i,i);  a(i,i) := h
+ *
+ * Element j of A·u is the sum of a(j,k)·u(k) over k <= j (8), to which the terms a(k,j)·u(k), k > j, are added in
+ * ascending order.
  *
  * @param n [in] order of A. n < 2: d(1) = a(1), e(1) = 0, and nothing else is touched.
  * @param a [in/out] packed by rows, n(n+1)/2 elements. On return row i >= 3 holds the reflector u in its first i − 1
@@ -80,6 +88,7 @@ ZORTAV_ENTRY void eaxetr(const int32_t* n, double* a, double* d, double* e);
  * elements x, t of columns i and i + 1 to c·x − s·t and s·x + c·t, each product rounded. Rotations are collected on the
  * stack and applied to parts of V that fit the cache; above order 2560 V is passed over for every sweep or two.
  *
+ * Reproducibility: fixed order.
  * Source: Dubrulle, Martin, Wilkinson, Handbook for Automatic Computation II, contribution II/4 (imtql2).
  */
 ZORTAV_ENTRY int32_t eaxeql(const int32_t* n, double* d, double* e, double* v, int32_t* ierr);
@@ -93,6 +102,9 @@ ZORTAV_ENTRY int32_t eaxeql(const int32_t* n, double* d, double* e, double* v, i
  * @param n   [in] number of pairs and order of V; below 2 nothing is touched.
  * @param d   [in/out] n elements.
  * @param v   [in/out] n x n; whole columns change places.
+ *
+ * Reproducibility: exact.
+ * Source: selection sort.
  */
 ZORTAV_ENTRY void eaxeor(const int32_t* ord, const int32_t* n, double* d, double* v);
 

@@ -2,9 +2,11 @@
 /* Error reports for the numerical routines, in C, C++ and Fortran, and the hook that is told of every error.
  *
  * What follows holds for all of them. Reports are written into the solver's listing. Nothing stops the process, nothing
- * is thrown; the caller returns a status of its own. Threads: the hook is kept in a plain process-wide variable and the
- * listing is written to by redirecting the standard output; errors are raised and hooks set from one thread.
- * Reproducible: the same calls write the same bytes. */
+ * is thrown; the caller returns a status of its own.
+ *
+ * Threads: the hook is kept in a plain process-wide variable and the listing is written to by redirecting the standard
+ * output; errors are raised and hooks set from one thread.
+ * Reproducibility: the same calls write the same bytes. */
 #ifndef ZORTAV_ERROR_REPORTING_H
 #define ZORTAV_ERROR_REPORTING_H
 

@@ -7,10 +7,10 @@
 
 /**
  * Cholesky factorization A = L·Lᵀ by the framework's routine `Cholesky`, to which all arguments are passed unchanged.
+ * The library stands behind that routine itself: failure rules, bits and everything else as for eaxfch2; the result is
+ * added.
  *
- * The library stands behind that routine itself: arguments, failure rules, bits and everything else are those of
- * eaxfch2; only the result is added.
- *
+ * @param n, n1, n2, tol, a, ierr, piv as for eaxfch2.
  * @return 0 on success, 1 when a pivot failed.
  */
 ZORTAV_ENTRY int32_t eaxfch(const int32_t* n, const int32_t* n1, const int32_t* n2, const double* tol, double* a,
@@ -19,7 +19,9 @@ ZORTAV_ENTRY int32_t eaxfch(const int32_t* n, const int32_t* n1, const int32_t* 
 /**
  * Cholesky factorization A = L·Lᵀ of rows n1..n2, row by row:
  *
- *   L(i,j) = (A(i,j) - Σ_{k<j} L(i,k)·L(j,k)) / L(j,j) for j < i;  d = A(i,i) - Σ_{k<i} L(i,k)²;  L(i,i) = √d.
+ *   L(i,j) = (A(i,j) - Σ_{k<j} L(i,k)·L(j,k)) / L(j,j)   for j < i
+ *   d      = A(i,i) - Σ_{k<i} L(i,k)²
+ *   L(i,i) = √d
  *
  * @param n    [in]  not read (the first place of the family's argument list).
  * @param n1   [in]  first row to factor, >= 1.
@@ -27,16 +29,18 @@ ZORTAV_ENTRY int32_t eaxfch(const int32_t* n, const int32_t* n1, const int32_t* 
  * @param tol  [in]  a pivot d must be strictly greater.
  * @param a    [in/out] triangle packed by rows: element (i,j), j <= i, at position i(i-1)/2 + j (the upper triangle
  *             packed by columns is the same memory). Rows 1..n1-1 hold L on entry and are only read; rows n1..n2 hold
- *             the matrix and return L. Nothing beyond row n2 is touched.
+ *             the matrix and return L.
  * @param ierr [out] 0, or the number of the row whose pivot failed (tol >= d).
  * @param piv  [out] the failing pivot d; written only on failure.
  *
+ * Elements: rows 1..n2 of the triangle; nothing beyond row n2 is touched.
+ * Aliasing: the scalars must not overlap `a`.
+ * Zeros and NaN: a pivot that is not a number passes the test, and its root is stored. Zeros are multiplied like any
+ * number. Diagonals of the rows 1..n1-1 are not tested: a zero gives infinities or NaN.
+ * Bad arguments: nothing is checked.
  * Failure in row i: rows n1..i-1 are complete, row i holds its new L(i,1..i-1) and its old A(i,i), later rows are
- * unchanged. Diagonals of the rows 1..n1-1 are not tested: a zero gives infinities or NaN.
- * NaN: a pivot that is not a number passes the test, and its root is stored. Zeros are multiplied like any number.
- * Aliasing: the scalars must not overlap `a`. Bad arguments: nothing is checked. Memory: at most 360 KiB of stack, no
- * heap.
- * Threads: any number of calls at once on different arrays.
+ * unchanged.
+ * Threads: any number of calls at once on different arrays. Memory: at most 360 KiB of stack, no heap.
  * Reproducibility: fixed order, no fused operations (columns in groups of four; sums of nine terms or more in two
  * partial sums, of the odd and of the even terms of whole groups of eight): the same bits at every instruction-set
  * level, and however the range of rows is divided into calls.
@@ -48,7 +52,9 @@ ZORTAV_ENTRY void eaxfch2(const int32_t* n, const int32_t* n1, const int32_t* n2
 /**
  * Eliminates the first m equations of a symmetric front of order n: A = L·D·Lᵀ with tested pivots, no interchanges.
  *
- *   d(j) = updated a(j,j);  l(i,j) = updated a(i,j) / d(j);  a(i,k) := a(i,k) - Σ_{j<=m} l(i,j)·d(j)·l(k,j).
+ *   d(j)   = updated a(j,j)
+ *   l(i,j) = updated a(i,j) / d(j)
+ *   a(i,k) := a(i,k) - Σ_{j<=m} l(i,j)·d(j)·l(k,j)
  *
  * @param n     [in]  order of the front.
  * @param m     [in]  number of leading equations to eliminate, 0 <= m <= n.
@@ -67,16 +73,18 @@ ZORTAV_ENTRY void eaxfch2(const int32_t* n, const int32_t* n1, const int32_t* n2
  * @param istat [out] 0; 6: |d| < tolp; 34: d / d0 <= tolr.
  * @return 0 when m pivots were eliminated, 1 when one was refused.
  *
+ * Elements: the triangle is read and written; of d0 the entries of the pivots examined are read. Positions are 64-bit:
+ * n may exceed 65535.
+ * Aliasing: the arguments must not overlap.
+ * Zeros and NaN: a pivot or a ratio that is not a number passes the tests, and spreads. Zeros are multiplied like any
+ * number. A zero in d0 gives an infinite or undefined ratio that decides the test.
+ * Bad arguments: nothing is checked.
  * Refusal of the pivot at position p: the elimination runs in blocks of three pivots. Complete blocks before it are
  * applied to the whole front. Of its own block there are the multipliers and diagonals among the block's equations
  * that led to this pivot, no more. Positions p+1..n·m - m(m+1)/2 are set to 0 (the bound is a 32-bit number, which
  * wraps; it lies m positions before the end of column m). Position p holds the pivot (istat 6; rmin is set to the
  * pivot too) or its ratio (istat 34).
- * NaN: a pivot or a ratio that is not a number passes the tests, and spreads. Zeros are multiplied like any number.
- * Aliasing: the arguments must not overlap. Bad arguments: nothing is checked; a zero in d0 gives an infinite or
- * undefined ratio that decides the test. Memory: at most 356 KiB of stack, no heap. Positions are 64-bit: n may exceed
- * 65535.
- * Threads: any number of calls at once on different arguments.
+ * Threads: any number of calls at once on different arguments. Memory: at most 356 KiB of stack, no heap.
  * Reproducibility: fixed order, no fused operations: every entry receives its updates in the order of the pivots; the
  * same bits at every instruction-set level.
  * Source: Duff and Reid, ACM TOMS 9 (1983) 302-325; Golub and Van Loan, Matrix Computations, 4th ed., section 4.1.

@@ -56,6 +56,8 @@ ZORTAV_ENTRY void ehsetisa(const int32_t* level, int32_t* status);
  *
  * @param level [in] a ZORTavInstructionSet.
  * @return a static zero-terminated text; "?" for a number that is no level.
+ *
+ * Threads: may be called from any thread.
  */
 ZORTAV_ENTRY const char* ehisanm(const int32_t* level);
 

@@ -22,15 +22,17 @@
  * @param c      [in/out] C, m × n, leading dimension ldc.
  * @param ldc    [in] leading dimension of C, at least max(1, m).
  *
- * Reads the m × k and k × n elements of op(A) and op(B), none of them when alpha = 0 or k = 0. Reads and writes the
- * leading m rows of each column of C; the rows m+1..ldc are never touched. C must not overlap A or B. Arrays lie on
- * their element's 8-byte boundary; more is not needed.
+ * Elements: reads the m × k and k × n elements of op(A) and op(B), none of them when alpha = 0 or k = 0. Reads and
+ * writes the leading m rows of each column of C; the rows m+1..ldc are never touched. Arrays lie on their element's
+ * 8-byte boundary; more is not needed.
+ *
+ * Aliasing: C must not overlap A or B.
  *
  * Zeros and NaN: with beta = 0 what C held before, NaN and infinity included, does not reach the result; with alpha = 0
  * neither A nor B does. Otherwise NaN and infinity follow the arithmetic. Where alpha = -1 is reached by negating C
  * (test 1 below), a sum that is exactly zero comes out as -0.
  *
- * Order of the tests, which decides what a malformed call meets:
+ * Bad arguments: what a malformed call meets is decided by the order of the tests:
  *   1. While the threading mode (ehaldb) is not 2, a call with op(A) = A, op(B) = B, alpha = ±1 and beta = 0 or 1 goes
  *      to the framework's product (prdgemm) with no argument checked, and clrfpe is called after it. alpha = -1 is
  *      reached by negating C before (beta = 1) and after.
@@ -43,10 +45,11 @@
  * nothing to divide and the caller works alone. May be called from several threads at once on disjoint C. Stack: at
  * most 190 KiB on every thread, 376 KiB on the caller; nothing on the heap.
  *
- * Reproducibility: every element starts from beta·C and adds its products one by one in increasing depth; the bits do
- * not depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2 and AVX-512 agree
- * to the bit (fused multiply-add); SSE4.2 rounds product and sum separately. Error: |C - Ĉ| ≤ (k + 2)·u·(|alpha||A||B|
- * + |beta||C|) to first order.
+ * Reproducibility: fused. Every element starts from beta·C and adds its products one by one in increasing depth; the
+ * bits do not depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2 and
+ * AVX-512 agree to the bit (fused multiply-add); SSE4.2 rounds product and sum separately.
+ *
+ * Accuracy: to first order in u = 2^-53 the error is at most (k + 2)·u·(|alpha||A||B| + |beta||C|), element by element.
  *
  * Source: J. J. Dongarra et al., "A set of level 3 basic linear algebra subprograms", ACM TOMS 16 (1990);
  * K. Goto, R. A. van de Geijn, "Anatomy of high-performance matrix multiplication", ACM TOMS 34 (2008).
@@ -64,8 +67,10 @@ ZORTAV_ENTRY void eagemm(const char* transa, const char* transb, const int32_t* 
  * @param beta [in] 1 accumulates; anything else, NaN included, stores.
  * @return what ZORMatrixMult returns.
  *
- * m < 1 or n < 1 touches nothing; k < 1 stores zeros unless it accumulates. Runs on the calling thread alone, with the
- * bits of eagemm.
+ * Elements: as for eagemm. m < 1 or n < 1 touches nothing; k < 1 stores zeros unless it accumulates.
+ * Bad arguments: none is checked.
+ * Threads: runs on the calling thread alone; any number of calls at once on disjoint C.
+ * Reproducibility: fused, with the bits of eagemm.
  */
 ZORTAV_ENTRY int32_t prdgemm(const char* transa, const char* transb, const int32_t* m, const int32_t* n,
                              const int32_t* k, const double* alpha, const double* a, const int32_t* lda,

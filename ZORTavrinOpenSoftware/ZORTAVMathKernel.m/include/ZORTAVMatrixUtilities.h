@@ -4,12 +4,14 @@
  *
  * What holds for every entry point here and is not repeated below
  * - Matrices are dense, column by column; where no leading dimension is given it is the number of rows.
- * - No argument is checked, nothing is printed and, but for eaxmmp and ebhpap, the process is never stopped.
- * - Arrays lie on their element's own boundary and do not overlap, except where it is said.
- * - Memory: no heap; less than 2 KiB of stack, but for eaxmmp and ebhpap, which take eagemm's.
+ * - Elements: those that the formula and the arguments name, no others. Arrays lie on their element's own boundary.
+ * - Aliasing: arrays do not overlap, except where it is said.
+ * - Zeros and NaN: zeros, infinities and NaN take part in the arithmetic like any number.
+ * - Bad arguments: none is checked, nothing is printed and, but for eaxmmp and ebhpap, the process is never stopped.
  * - Threads: no state, so any number of calls at once on data that none of them writes.
- * - Reproducibility: the same bits on every instruction-set level and platform; eaxmmp and ebhpap are as reproducible
- *   as eagemm. */
+ * - Memory: no heap; less than 2 KiB of stack, but for eaxmmp and ebhpap, which take eagemm's.
+ * - Reproducibility: the same bits on every instruction-set level and platform, but for eaxmmp and ebhpap, which are
+ *   fused as eagemm is. */
 #ifndef ZORTAV_MATRIX_UTILITIES_H
 #define ZORTAV_MATRIX_UTILITIES_H
 
@@ -26,10 +28,9 @@
  * @param incy [in] as incx.
  * @return the sum; 0 for n < 1.
  *
- * Zeros, infinities and NaN follow the arithmetic.
- * Reproducibility: products are rounded before they are added. Both increments 1: term i goes to partial sum (i-1) mod
- * 8 in ascending order, joined as ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)), whatever the alignment; otherwise
- * one after the other.
+ * Reproducibility: eight lanes, products rounded before they are added. Both increments 1: term i goes to partial sum
+ * (i-1) mod 8 in ascending order, joined as ((s0 + s4) + (s2 + s6)) + ((s1 + s5) + (s3 + s7)), whatever the alignment;
+ * otherwise one after the other.
  * Source: C. L. Lawson et al., "Basic linear algebra subprograms for Fortran usage", ACM TOMS 5 (1979).
  */
 ZORTAV_ENTRY double eaxscl(const int32_t* n, const double* x, const int32_t* incx, const double* y,
@@ -57,6 +58,7 @@ ZORTAV_ENTRY double eaxscl(const int32_t* n, const double* x, const int32_t* inc
  *   4. puts `work` into the hole, which is where the part is split.
  *
  * Time grows with the square of the count for unlucky orders, the stack never.
+ * Reproducibility: exact.
  * Source: C. A. R. Hoare, "Quicksort", The Computer Journal 5 (1962).
  */
 ZORTAV_ENTRY void eaxsort(int32_t* a, const int32_t* width, const int32_t* count, const int32_t* key, int32_t* work);
@@ -73,7 +75,7 @@ ZORTAV_ENTRY void eaxsort(int32_t* a, const int32_t* width, const int32_t* count
  *                 triangle Lᵀ packed by columns is the same memory.
  * @param b        [in/out] n elements: b on entry, x on return.
  *
- * No pivot is tested: a zero diagonal gives infinities or NaN. Zeros are multiplied like any number.
+ * Zeros and NaN: no pivot is tested: a zero diagonal gives infinities or NaN. Zeros are multiplied like any number.
  * Reproducibility: fixed order; the bits of dpptrs_2.
  * Source: G. H. Golub, C. F. Van Loan, Matrix Computations, 4th ed., section 3.1.
  */
@@ -102,8 +104,11 @@ ZORTAV_ENTRY void eaxrnd(int32_t* seed, double* r);
  * @param b [in]  B, k x n.
  * @param c [out] C, m x n. What it held before does not reach the result. Must not overlap A or B.
  *
- * Bad arguments, threads, stack, errors and reproducibility are eagemm's. In the threading mode 2 a k of 0 is a leading
- * dimension that stops the process, unless m or n is 0.
+ * Bad arguments: as for eagemm. In the threading mode 2 a k of 0 is a leading dimension that stops the process, unless
+ * m or n is 0.
+ * Threads: as for eagemm, stack included.
+ * Reproducibility: fused, with the bits of eagemm.
+ * Source: that of eagemm.
  */
 ZORTAV_ENTRY void eaxmmp(const int32_t* m, const int32_t* k, const int32_t* n, const double* a, const double* b,
                          double* c);
@@ -117,7 +122,10 @@ ZORTAV_ENTRY void eaxmmp(const int32_t* m, const int32_t* k, const int32_t* n, c
  * @param w [out] n x n; holds W(j,i) = d(j)·P(i,j) on return.
  * @param r [out] R, n x n, in full. Symmetric but for rounding.
  *
- * No array may overlap another. Bad arguments, threads, stack, errors and reproducibility are eagemm's.
+ * Bad arguments: as for eagemm.
+ * Threads: as for eagemm, stack included.
+ * Reproducibility: fused, with the bits of eagemm.
+ * Source: elementary.
  */
 ZORTAV_ENTRY void ebhpap(const int32_t* n, const double* p, const double* d, double* w, double* r);
 
@@ -132,6 +140,10 @@ ZORTAV_ENTRY void ebhpap(const int32_t* n, const double* p, const double* d, dou
  *
  * Bytes copied: 4·|count| for type 3, 8·|count| for type 5, |type·count| for any other type, that product taken in 32
  * bits, which wrap around: so type 1 copies bytes and type 0 nothing. Nothing is converted; any alignment will do.
+ *
+ * Zeros and NaN: values are copied bit for bit.
+ * Reproducibility: exact.
+ * Source: elementary.
  */
 ZORTAV_ENTRY void eaxcpy(const int32_t* type, const int32_t* count, const void* src, void* dst);
 

@@ -6,21 +6,23 @@
  *   Formula          y := alpha*A*x + beta*y or y := alpha*A'*x + beta*y.
  *   Matrix           A is m x n, stored column by column: element (i, j) at (i-1) + (j-1)*lda. The rows m+1..lda are
  *                    never touched.
- *   Vectors          the one that A's columns meet (x of A*x, y of A'*x) has n elements, the other one m; element i
- * lies at 1 + (i-1)*inc, or, for a negative increment where one is allowed, at 1 + (1-len)*inc + (i-1)*inc.
+ *   Vectors          the one that A's columns meet (x of A*x, y of A'*x) has n elements, the other one m; element i of
+ *                    len lies at 1 + (i-1)*inc, or, for a negative increment where one is allowed, at 1 + (1-len)*inc
+ *                    + (i-1)*inc.
  *                    "Contiguous": both increments are 1.
  *   Elements         all elements of A, x and y are read, those of y written. m = 0, n = 0, or alpha = 0 with beta = 1
  *                    touches nothing.
  *   Aliasing         y may not overlap A or x. Scalars are read before y is written.
  *   Alignment        any, even off the element's own boundary; that of x takes part in the order of some sums, below.
  *   Units            none; results have the units that the formula gives them.
+ *   Zeros and NaN    NaN propagates by the arithmetic of the formula; which NaN results is not fixed. The kernels
+ *                    multiply y by beta also when beta = 0: a NaN or infinity that y held before reaches the result.
+ *   Bad arguments    the kernels check nothing; eagemv and dgemvf check everything, below.
  *   Threads          no state, no locks, no threads of its own: any number of callers at once on disjoint y. Stack: at
  *                    most 24 KiB; nothing on the heap.
  *   Reproducibility  fixed order: the operations and their order, stated for each routine, are part of the interface;
  *                    products are rounded before they are added, never fused. Same bits at every instruction-set level,
  *                    on every platform.
- *   NaN              propagates by the arithmetic of the formula; which NaN results is not fixed. The kernels multiply
- *                    y by beta also when beta = 0: a NaN or infinity that y held before reaches the result.
  *   Source           J. J. Dongarra, J. Du Croz, S. Hammarling, R. J. Hanson: An extended set of Fortran basic linear
  *                    algebra subprograms, ACM TOMS 14 (1988).
  *
@@ -37,8 +39,7 @@
 /**
  * y := alpha*op(A)*x + beta*y, with op(A) = A or A'.
  *
- * @param trans [in]     one character: "N" op(A) = A; "T" or "C" op(A) = A'. Lower-case letters are refused, on
- * purpose.
+ * @param trans [in]     one character: "N" op(A) = A; "T" or "C" op(A) = A'. Small letters are refused, on purpose.
  * @param m     [in]     rows of A, >= 0.
  * @param n     [in]     columns of A, >= 0.
  * @param alpha [in]     scalar.
@@ -50,11 +51,11 @@
  * @param y     [in,out] vector of m elements for "N", else n.
  * @param incy  [in]     increment of y, not 0.
  *
- * Zero and NaN: alpha = 0 reads neither A nor x: beta = 0 then clears y with e_dzero, NaNs included, and any other beta
- * but 1 scales it with e_dscal. Otherwise beta = 0 does not clear y (see NaN above), except on the way through dgemvf.
+ * Zeros and NaN: alpha = 0 reads neither A nor x: beta = 0 then clears y with e_dzero, NaNs included, and any other
+ * beta but 1 scales it with e_dscal. Otherwise beta = 0 does not clear y (see above), except on the way through dgemvf.
  *
- * Bad argument: any of them ends the process with "DGEMV Fatal Error" on standard error; y is untouched. This comes
- * before every quick return.
+ * Bad arguments: a letter other than these, a negative m or n, an lda that is too small or an increment 0 ends the
+ * process with "DGEMV Fatal Error" on standard error; y is untouched. This comes before every quick return.
  *
  * Reproducibility: the orders of the routines that get the pieces, with m8 = m - m mod 8 and blocks of 64 columns, the
  * last one shorter.
@@ -83,7 +84,6 @@ ZORTAV_ENTRY void eagemv(const char* trans, const int32_t* m, const int32_t* n, 
  * @param y     [in,out] vector of m elements.
  * @param incy  [in]     increment of y, >= 1.
  *
- * Bad argument:    nothing is checked.
  * Reproducibility: y(i) is the paired sum of beta*y(i) and the terms a(i,j)*(alpha*x(j)), j = 1..n, paired along x;
  *                  lda = 0 makes no pairs. A row's bits depend neither on m nor on the row's place.
  */
@@ -114,7 +114,6 @@ ZORTAV_ENTRY void dgemv32_n(const int32_t* m, const int32_t* n, const double* al
  * @param y     [in,out] vector of n elements.
  * @param incy  [in]     increment of y, >= 1.
  *
- * Bad argument:    nothing is checked.
  * Reproducibility: y(j) is the paired sum of beta*y(j) and the terms a(i,j)*(alpha*x(i)), i = 1..m, paired along x. A
  *                  column's bits depend neither on n nor on the column's place.
  */
@@ -128,8 +127,6 @@ ZORTAV_ENTRY void dgemv_t(const int32_t* m, const int32_t* n, const double* alph
  * @param m     [in]     rows of A, a multiple of 4; eagemv gives multiples of 8.
  * @param n     [in]     columns of A, a multiple of 4 unless the vectors are contiguous; eagemv gives at most 64.
  * @param alpha, a, lda, x, incx, beta, y, incy as for dgemv_t.
- *
- * Bad argument: nothing is checked.
  *
  * Reproducibility: not contiguous: dgemv_t, with the same bits. Contiguous: the rows i..i+3 of a column make a group,
  *
@@ -148,10 +145,10 @@ ZORTAV_ENTRY void dgemv32_t(const int32_t* m, const int32_t* n, const double* al
  *
  * @param trans, m, n, alpha, a, lda, x, incx, beta, y, incy as for eagemv; trans_length likewise.
  *
- * Zero and NaN: beta = 0 clears y, NaNs included. Of A*x the columns with x(j) = 0 are left out: a NaN or infinity in
+ * Zeros and NaN: beta = 0 clears y, NaNs included. Of A*x the columns with x(j) = 0 are left out: a NaN or infinity in
  * such a column does not reach y. alpha = 0 reads neither A nor x.
  *
- * Bad argument: the first in the order of the list writes the record " DGEMV Error :" and its number, right-justified
+ * Bad arguments: the first in the order of the list writes the record " DGEMV Error :" and its number, right-justified
  * after a blank in eleven columns, to standard output and returns; y is untouched. The numbers: 1 trans, 2 m, 3 n,
  * 6 lda, 8 incx, 11 incy. This comes before every quick return.
  *

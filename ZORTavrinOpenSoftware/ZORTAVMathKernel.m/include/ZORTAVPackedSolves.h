@@ -6,8 +6,12 @@
  * with it. Both have n(n+1)/2 elements; positions are computed in 64 bits.
  *
  * What holds for every entry point here
- * - Arrays lie on their element's 8-byte boundary; more is not needed. They must not overlap each other.
- * - Nothing is printed and the process is never stopped. A zero on a diagonal that is used gives infinities or NaN.
+ * - Elements: the triangle is read, the right-hand sides are read and written, nothing else is touched. Arrays lie on
+ *   their element's 8-byte boundary; more is not needed.
+ * - Aliasing: arrays must not overlap each other.
+ * - Zeros and NaN: a zero on a diagonal that is used gives infinities or NaN.
+ * - Bad arguments: nothing is printed and the process is never stopped.
+ * - Threads: no state; any number of calls at once on different right-hand sides.
  * - Memory: no heap; at most 70 KiB of stack.
  * - Reproducibility: fixed order, products rounded before they are subtracted, never fused: an element's bits are the
  *   same on every instruction-set level and platform, at every increment, and alone or among other right-hand sides. */
@@ -35,8 +39,8 @@
  * @param incx  [in] any increment but 0.
  *
  * Zeros and NaN: with op(T) = T the column of a zero x(j) is not read, so infinities and NaN in it do not spread; with
- * Tᵀ every element takes part. Bad argument: none is checked; unknown letters mean what is said above.
- * Threads: no state; any number of calls at once on different x.
+ * Tᵀ every element takes part.
+ * Bad arguments: none is checked; unknown letters mean what is said above.
  * Source: J. J. Dongarra et al., "An extended set of Fortran basic linear algebra subprograms", ACM TOMS 14 (1988).
  */
 ZORTAV_ENTRY void e_dtpsv(const char* uplo, const char* trans, const char* diag, const int32_t* n, const double* ap,
@@ -52,7 +56,7 @@ ZORTAV_ENTRY void e_dtpsv(const char* uplo, const char* trans, const char* diag,
  *
  * @param uplo, n, nrhs, ap, b, ldb, info as for dpptrs_2; with the outside routine its own rules hold for them.
  *
- * Threads: any number of calls at once on different b; first calls at the same time may each do the lookup.
+ * Threads: as for dpptrs_2; first calls at the same time may each do the lookup.
  * Reproducibility: that of dpptrs_2, unless the outside routine is found.
  */
 ZORTAV_ENTRY void e_dpptrs(const char* uplo, const int32_t* n, const int32_t* nrhs, const double* ap, double* b,
@@ -72,8 +76,9 @@ ZORTAV_ENTRY void e_dpptrs(const char* uplo, const int32_t* n, const int32_t* nr
  * @param ldb  [in]  distance of the columns, |ldb| >= n.
  * @param info [out] 1 for a bad uplo; otherwise not written: a success leaves the caller's value.
  *
- * Zeros, infinities and NaN take part in the arithmetic like any number and stay within their right-hand side.
- * Bad argument: only uplo is checked. Threads: no state; any number of calls at once on different b.
+ * Zeros and NaN: zeros, infinities and NaN take part in the arithmetic like any number and stay within their right-hand
+ * side.
+ * Bad arguments: only uplo is checked.
  * Source: G. H. Golub, C. F. Van Loan, Matrix Computations, 4th ed., section 3.1.
  */
 ZORTAV_ENTRY void dpptrs_2(const char* uplo, const int32_t* n, const int32_t* nrhs, const double* ap, double* b,

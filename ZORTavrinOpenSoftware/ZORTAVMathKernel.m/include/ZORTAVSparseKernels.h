@@ -18,6 +18,14 @@
 /**
  * y := A·x for nvec vectors: A symmetric with its lower triangle L stored (mode 1), or L alone (mode 2).
  *
+ *   for each vector, i = 1..nrows:  s := A(i,i)·x(i)
+ *                                   for every entry a = A(i,j) of row i as stored:
+ *                                     s := s + a·x(j);  in mode 1 also y(j) := y(j) + a·x(i), where y starts from 0
+ *                                   y(i) := s
+ *
+ * The last step is an assignment: an entry whose column lies above its row loses its contribution to y(j), unless
+ * j > nrows.
+ *
  * When nnz = n the matrix is a diagonal, whatever mode is: y(i,v) := values(i)·x(i,v) for i = 1..n, v = 1..nvec, and
  * for the first vector also when nvec < 1; nrows, colidx and rowptr are then not read.
  *
@@ -33,16 +41,15 @@
  * @param y      [out] as x. Mode 1 writes all n·nvec numbers, mode 2 those of rows 1..nrows. Old contents are never
  *               used. While mode 1 runs, y holds intermediate results in another order.
  *
+ * Elements: reads rows 1..nrows as stored; rowptr(1) and the columns of the diagonals are not read.
  * Aliasing: y overlaps no other argument.
- * Order: for each vector, i = 1..nrows: s := A(i,i)·x(i); for every entry a = A(i,j) of row i as stored: s := s + a·x(j)
- * and, in mode 1, y(j) := y(j) + a·x(i), where y starts from 0; then y(i) := s. That last step is an assignment: an
- * entry whose column lies above its row loses its contribution to y(j), unless j > nrows.
- * Zero and NaN: every stored entry takes part; NaN and infinity propagate.
- * Errors: arguments are not checked.
+ * Zeros and NaN: every stored entry takes part; NaN and infinity propagate.
+ * Bad arguments: arguments are not checked.
  * Threads: mode 1 divides groups of four vectors (after the first nvec mod 4, which the caller's thread computes) among
- * the default OpenMP team; safe to call from several threads with different y. Positions are 64-bit.
- * Reproducibility: the same bits for any team, instruction set and platform; products and sums are rounded separately.
- * Memory: no heap.
+ * the default OpenMP team; safe to call from several threads with different y. Positions are 64-bit. Memory: no heap;
+ * less than 8 KiB of stack on every thread.
+ * Reproducibility: fixed order; the same bits for any team, instruction set and platform. Products and sums are rounded
+ * separately.
  * Source: row-wise symmetric product with shared loads, as in SPARSKIT and OSKI; register blocking after Mellor-Crummey
  * and Garvin, Int. J. High Perform. Comput. Appl. 18, 2004.
  */
@@ -61,11 +68,16 @@ ZORTAV_ENTRY void eaxmvm(const int32_t* mode, const int32_t* nnz, const int32_t*
  *
  * @param type  [in] the code.
  * @param array [out] the elements.
- * @param count [in] how many, at least 0. A negative count writes nothing for codes 2 and below 0 and is not guarded
- *              for codes 3, 4 and 5.
+ * @param count [in] how many, at least 0.
  *
+ * Elements: the first count elements are written, none is read.
+ * Aliasing: type and count lie outside the array.
+ * Zeros and NaN: NaNs are cleared like other values.
+ * Bad arguments: nothing is checked. A negative count writes nothing for codes 2 and below 0 and is not guarded for
+ * codes 3, 4 and 5.
  * Threads: safe for different arrays.
  * Reproducibility: exact.
+ * Source: elementary.
  */
 ZORTAV_ENTRY void eaxraz(const int32_t* type, void* array, const int32_t* count);
 
@@ -76,9 +88,13 @@ ZORTAV_ENTRY void eaxraz(const int32_t* type, void* array, const int32_t* count)
  * @param count     [in] how many; nothing is written below 1.
  * @param character [in] its first byte is taken.
  *
+ * Elements: the first count bytes are written, none is read.
  * Aliasing: character may lie inside array.
+ * Zeros and NaN: bytes have none.
+ * Bad arguments: nothing is checked.
  * Threads: safe for different arrays.
  * Reproducibility: exact.
+ * Source: elementary.
  */
 ZORTAV_ENTRY void eaxmac(void* array, const int32_t* count, const char* character,
                          ZORTAV_HIDDEN_LENGTH(character_length));

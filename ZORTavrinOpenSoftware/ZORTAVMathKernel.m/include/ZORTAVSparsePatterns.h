@@ -6,9 +6,16 @@
  *   ptr  r+1 numbers: ptr(1) = 0, ptr(i+1) is the number of entries in rows 1..i
  *   idx  the column of each entry; row i is at positions ptr(i)+1..ptr(i+1)
  *
- * An empty row repeats the pointer before it. For all four routines: arguments are not checked, the arrays are as long
- * as stated and do not overlap; any number of threads may call them with different output and work arrays; results are
- * exact; no heap memory is used. Entry counts stay below 2^31. */
+ * An empty row repeats the pointer before it. Entry counts stay below 2^31.
+ *
+ * What holds for all four routines
+ * - Elements: the arrays are as long as stated; reserved arguments are never looked at.
+ * - Aliasing: arrays do not overlap.
+ * - Zeros and NaN: there are no values.
+ * - Bad arguments: nothing is checked.
+ * - Threads: any number of calls at once with different output and work arrays.
+ * - Memory: no heap; less than 8 KiB of stack.
+ * - Reproducibility: exact. */
 #ifndef ZORTAV_SPARSE_PATTERNS_H
 #define ZORTAV_SPARSE_PATTERNS_H
 
@@ -82,6 +89,8 @@ ZORTAV_ENTRY void eaunln(const int32_t* n, const int32_t* reserved1, const int32
  * @param nrows  [in] rows in all, at least p.
  * @param row_of [in] q row numbers, each counted from 1 within its block.
  * @param ptr    [out] nrows+1 row pointers.
+ *
+ * Source: elementary.
  */
 ZORTAV_ENTRY void eaupne(const int32_t* q, const int32_t* m, const int32_t* p, const int32_t* nrows,
                          const int32_t* row_of, int32_t* ptr);

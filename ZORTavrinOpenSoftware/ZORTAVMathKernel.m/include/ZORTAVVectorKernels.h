@@ -13,16 +13,18 @@
  *
  * What holds for all routines here and is not repeated below:
  *
- *   Shape            a dense vector spans 1 + (n-1)*|inc| elements of its array; only the n elements are touched.
- *   Alignment        any, even off the element's own boundary; 8 bytes or better is faster.
- *   n <= 0           nothing is touched; a value returned is 0. (e_dzero and e_izero differ.)
- *   Bad argument     nothing is checked, nothing is printed, the process is never stopped.
  *   Units            none; results have the units that the formula gives them.
+ *   Alignment        any, even off the element's own boundary; 8 bytes or better is faster.
+ *   Elements         a dense vector spans 1 + (n-1)*|inc| elements of its array; only the n elements are touched. With
+ *                    n <= 0 nothing is touched, and a value returned is 0. (e_dzero and e_izero differ.)
+ *   Aliasing         what is only read may overlap what is only read; a scalar is no part of a vector that is written.
+ *   Zeros and NaN    NaN propagates by the arithmetic of the formula; which NaN results is not fixed.
+ *   Bad arguments    nothing is checked, nothing is printed, the process is never stopped.
  *   Threads          no state, no locks: any number of threads at once on data that none of them writes.
+ *   Memory           no heap; less than 2 KiB of stack.
  *   Reproducibility  same bits at every instruction-set level, on every platform. "Fixed order": the operations and
  *                    their order are part of the interface; products are rounded before they are added, never fused.
- *                    "Exact": the result holds no rounding.
- *   NaN              propagates by the arithmetic of the formula; which NaN results is not fixed. */
+ *                    "Exact": the result holds no rounding. */
 #ifndef ZORTAV_VECTOR_KERNELS_H
 #define ZORTAV_VECTOR_KERNELS_H
 

@@ -144,27 +144,10 @@ void product_b_packed(const Product& x, const ProductKernelTable& kernels, Team 
                 });
 }
 
-// One row block, one chunk of columns of B and one depth block: nothing to pack, to divide or to fetch ahead.
-bool is_small(const Product& x) {
-  return !x.transpose_b && x.m <= product_row_block && x.n <= product_chunk_columns && x.k <= product_depth_block;
-}
-
 }  // namespace
 
-void blocked_product(const Product& product, Team team) {
-  const ProductKernelTable& kernels = product_kernels();
-  if (is_small(product)) {
-    kernels.update_row_block({.rows = product.m,
-                              .columns = product.n,
-                              .depth = product.k,
-                              .a = {product.a, product.lda, product.transpose_a, product.alpha},
-                              .b = product.b,
-                              .ldb = product.ldb,
-                              .beta = product.beta,
-                              .c = product.c,
-                              .ldc = product.ldc,
-                              .upcoming = {}});
-  } else if (product.transpose_b) {
+void large_product(const Product& product, const ProductKernelTable& kernels, Team team) {
+  if (product.transpose_b) {
     product_b_packed(product, kernels, team);
   } else {
     product_b_in_place(product, kernels, team);

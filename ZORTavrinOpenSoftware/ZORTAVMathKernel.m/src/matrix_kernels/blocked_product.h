@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#include "matrix_kernels/product_kernel_table.h"
+
 namespace zortav {
 
 // C := alpha·op(A)·op(B) + beta·C, column-major; op(X) = X or Xᵀ.
@@ -27,6 +29,26 @@ enum class Team { caller_alone, threads };
 // on the team.
 // Stack: 158,784 bytes for the packed rows and at most 33,280 for the tile at hand on every thread; when B is
 // transposed, 190,528 more on the calling one.
-void blocked_product(const Product& product, Team team);
+void large_product(const Product& product, const ProductKernelTable& kernels, Team team);
+
+// Inline: a small product takes no longer than a few stores and loads of its description.
+inline void blocked_product(const Product& x, Team team) {
+  const ProductKernelTable& kernels = product_kernels();
+  // One row block, one chunk of columns of B and one depth block: nothing to pack, to divide or to fetch ahead.
+  if (!x.transpose_b && x.m <= product_row_block && x.n <= product_chunk_columns && x.k <= product_depth_block) {
+    kernels.update_row_block({.rows = x.m,
+                              .columns = x.n,
+                              .depth = x.k,
+                              .a = {x.a, x.lda, x.transpose_a, x.alpha},
+                              .b = x.b,
+                              .ldb = x.ldb,
+                              .beta = x.beta,
+                              .c = x.c,
+                              .ldc = x.ldc,
+                              .upcoming = {}});
+  } else {
+    large_product(x, kernels, team);
+  }
+}
 
 }  // namespace zortav

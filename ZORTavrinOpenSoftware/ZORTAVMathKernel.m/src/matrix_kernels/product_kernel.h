@@ -21,51 +21,66 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
+// B up to this size leaves room in the first-level cache for what goes with it: nothing need be fetched ahead.
+constexpr std::ptrdiff_t elements_at_hand = 2048;
+
 // The columns that do not fill a tile.
-template <int vectors, Rows rows, int... columns>
+template <int vectors, int... columns>
 void update_last_columns(const TileUpdate& task, Fetcher& fetcher, std::ptrdiff_t count,
                          std::integer_sequence<int, columns...>) {
   using UpdateTile = void (*)(const TileUpdate&, Fetcher&);
-  static constexpr UpdateTile update_of[] = {update_tile<vectors, columns + 1, rows>...};
+  static constexpr UpdateTile update_of[] = {update_tile<vectors, columns + 1>...};
   update_of[count - 1](task, fetcher);
 }
 
-// A product of one tile of C, without what serves to stream many.
+// Columns divided evenly into tiles.
+template <int vectors, int... columns>
+void update_tiles_at_hand(TileUpdate& task, std::ptrdiff_t t_stride, std::ptrdiff_t count,
+                          std::integer_sequence<int, columns...>) {
+  using UpdateTile = void (*)(const TileUpdate&, std::ptrdiff_t);
+  static constexpr UpdateTile update_of[] = {update_tile_at_hand<vectors, columns + 1>...};
+  constexpr auto widest = static_cast<std::ptrdiff_t>(sizeof...(columns));
+  std::ptrdiff_t width = count;
+  if (count > widest) {
+    const std::ptrdiff_t tiles = (count + widest - 1) / widest;
+    width = (count + tiles - 1) / tiles;
+  }
+  for (; count > width; count -= width) {
+    update_of[width - 1](task, t_stride);
+    task.b += width * task.ldb;
+    task.c += width * task.ldc;
+  }
+  update_of[count - 1](task, t_stride);
+}
+
+// The rows of one tile of a product whose operands the first-level cache holds.
 template <int vectors>
-bool update_single_tile(const RowBlockUpdate& task, double* t) {
+void update_rows_at_hand(const RowBlockUpdate& task, std::ptrdiff_t row, double* t) {
+  const std::ptrdiff_t rows = task.rows - row;
   if constexpr (vectors > 1) {
-    if (task.rows <= (vectors - 1) * lanes) {
-      return update_single_tile<vectors - 1>(task, t);
+    if (rows <= (vectors - 1) * lanes) {
+      return update_rows_at_hand<vectors - 1>(task, row, t);
     }
   }
-  constexpr int columns = accumulators / vectors;
-  if (task.columns > columns) {
-    return false;
-  }
-  Fetcher fetcher({}, 1);
+  constexpr std::ptrdiff_t step = vectors * lanes;
   TileUpdate tile{.depth = task.depth,
-                  .t = t,
-                  .t_stride = vectors * lanes,
-                  .factor = task.a.factor,
+                  .t = task.a.first + row,
                   .b = task.b,
                   .next_b = task.b,
                   .next_c = nullptr,
                   .ldb = task.ldb,
                   .beta = task.beta,
-                  .c = task.c,
+                  .c = task.c + row,
                   .ldc = task.ldc,
-                  .rows = task.rows};
-  if (!task.a.along_depth && task.rows == vectors * lanes) {
-    tile.t = task.a.first;
-    tile.t_stride = task.a.stride;
-    update_last_columns<vectors, Rows::in_place>(tile, fetcher, task.columns,
-                                                 std::make_integer_sequence<int, columns>{});
-  } else {
-    gather_rows<vectors>(task.a, task.rows, task.depth, t);
-    update_last_columns<vectors, Rows::gathered>(tile, fetcher, task.columns,
-                                                 std::make_integer_sequence<int, columns>{});
+                  .rows = HWY_MIN(step, rows)};
+  std::ptrdiff_t t_stride = task.a.stride;
+  if (task.a.along_depth || task.a.factor != 1.0 || rows < step) {
+    gather_rows<vectors>(task.a.from(row), tile.rows, task.depth, t);
+    tile.t = t;
+    t_stride = step;
   }
-  return true;
+  update_tiles_at_hand<vectors>(tile, t_stride, task.columns,
+                                std::make_integer_sequence<int, accumulators / vectors>{});
 }
 
 // The rows of one tile over the columns of one chunk.
@@ -85,8 +100,6 @@ void update_rows(const RowBlockUpdate& task, double* t, Fetcher& fetcher) {
   const auto tile = [&](std::ptrdiff_t j, std::ptrdiff_t next) __attribute__((always_inline)) {
     return TileUpdate{.depth = task.depth,
                       .t = t,
-                      .t_stride = vectors * lanes,
-                      .factor = 1.0,
                       .b = task.b + j * task.ldb,
                       .next_b = task.b + next * task.ldb,
                       .next_c = announces ? task.c + next * task.ldc : nullptr,
@@ -103,26 +116,40 @@ void update_rows(const RowBlockUpdate& task, double* t, Fetcher& fetcher) {
         fetch_column_of_c<vectors * lanes>(task.c + next * task.ldc);
       }
     }
-    update_tile<vectors, columns, Rows::gathered>(tile(j, j + 2 * columns <= task.columns ? j + columns : 0), fetcher);
+    update_tile<vectors, columns>(tile(j, j + 2 * columns <= task.columns ? j + columns : 0), fetcher);
   }
   if constexpr (columns > 1) {
     if (j < task.columns) {
-      update_last_columns<vectors, Rows::gathered>(tile(j, j), fetcher, task.columns - j,
-                                                   std::make_integer_sequence<int, columns - 1>{});
+      update_last_columns<vectors>(tile(j, j), fetcher, task.columns - j,
+                                   std::make_integer_sequence<int, columns - 1>{});
     }
   }
 }
 
 void update_row_block(const RowBlockUpdate& task) {
   HWY_ALIGN double t[tile_rows * product_run];
-  if (task.rows <= tile_rows && update_single_tile<tile_vectors>(task, t)) {
+  if (task.columns * task.depth <= elements_at_hand) {
+    for (std::ptrdiff_t row = 0; row < task.rows; row += tile_rows) {
+      update_rows_at_hand<tile_vectors>(task, row, t);
+    }
     return;
   }
   constexpr std::ptrdiff_t tile_columns = accumulators / tile_vectors;
   const std::ptrdiff_t row_tiles = (task.rows + tile_rows - 1) / tile_rows;
-  Fetcher fetcher(task.upcoming,
-                  HWY_MAX(1, task.columns / tile_columns * row_tiles * (task.depth / cache_line_doubles)));
+  const auto groups = [&](std::ptrdiff_t columns) {
+    return HWY_MAX(1, columns / tile_columns * row_tiles * (task.depth / cache_line_doubles));
+  };
+  // Where the depth is small, C is what comes from far.
+  const bool shallow = task.depth < tile_columns * cache_line_doubles;
+  Fetcher fetcher(shallow ? UpcomingColumns{} : task.upcoming, groups(task.columns));
   for (std::ptrdiff_t j0 = 0; j0 < task.columns; j0 += product_chunk_columns) {
+    if (shallow) {
+      const std::ptrdiff_t next = j0 + product_chunk_columns;
+      const UpcomingColumns of_c{task.c + next * task.ldc, task.ldc,
+                                 HWY_MIN(product_chunk_columns, task.columns - next), task.rows};
+      fetcher = Fetcher(next < task.columns ? of_c : task.upcoming,
+                        groups(HWY_MIN(product_chunk_columns, task.columns - j0)));
+    }
     for (std::ptrdiff_t row = 0; row < task.rows; row += tile_rows) {
       update_rows<tile_vectors>({.rows = HWY_MIN(tile_rows, task.rows - row),
                                  .columns = HWY_MIN(product_chunk_columns, task.columns - j0),

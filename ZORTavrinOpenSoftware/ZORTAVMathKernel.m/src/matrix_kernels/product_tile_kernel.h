@@ -107,9 +107,7 @@ class Fetcher {
 // One tile of C.
 struct TileUpdate {
   std::ptrdiff_t depth;
-  const double* t;  // the tile T; or rows of A, side by side
-  std::ptrdiff_t t_stride;
-  double factor;  // that rows of A still lack
+  const double* t;  // the tile T, or rows of A, side by side
   const double* b;
   const double* next_b;  // the columns that the next tile reads
   double* next_c;        // and those that it updates; null: they are on their way already
@@ -120,67 +118,111 @@ struct TileUpdate {
   std::ptrdiff_t rows;  // at most vectors·lanes
 };
 
-enum class Rows { gathered, in_place };
-
-template <int vectors, int columns, Rows rows>
-void update_tile(const TileUpdate& task, Fetcher& fetcher) {
+template <int vectors, int columns>
+HWY_INLINE void load_tile(const TileUpdate& task, Vector (&x)[columns][vectors]) {
   const Tag d;
   constexpr std::ptrdiff_t step = vectors * lanes;
-  const std::ptrdiff_t t_stride = rows == Rows::gathered ? step : task.t_stride;
-  const Vector factor = hn::Set(d, task.factor);
-  const std::ptrdiff_t ldc = task.ldc;
-  double* const c = task.c;
-  const bool whole = task.rows == step;
-  HWY_ALIGN double edge[columns * step];
-  Vector x[columns][vectors];
   if (task.beta == 0.0) {
 #pragma GCC unroll 24
     for (int at = 0; at < columns * vectors; ++at) {
       x[at / vectors][at % vectors] = hn::Zero(d);
     }
-  } else {
-    const double* start = c;
-    std::ptrdiff_t stride = ldc;
-    if (!whole) {
-      for (std::ptrdiff_t j = 0; j < columns; ++j) {
-        for (std::ptrdiff_t i = 0; i < step; ++i) {
-          edge[i + j * step] = i < task.rows ? c[i + j * ldc] : 0.0;
-        }
+    return;
+  }
+  HWY_ALIGN double edge[columns * step];
+  const double* start = task.c;
+  std::ptrdiff_t stride = task.ldc;
+  if (task.rows != step) {
+    for (std::ptrdiff_t j = 0; j < columns; ++j) {
+      for (std::ptrdiff_t i = 0; i < step; ++i) {
+        edge[i + j * step] = i < task.rows ? task.c[i + j * task.ldc] : 0.0;
       }
-      start = edge;
-      stride = step;
     }
-    const Vector beta = hn::Set(d, task.beta);
+    start = edge;
+    stride = step;
+  }
+  const Vector beta = hn::Set(d, task.beta);
 #pragma GCC unroll 24
-    for (int j = 0; j < columns; ++j) {
+  for (int j = 0; j < columns; ++j) {
 #pragma GCC unroll 4
-      for (int v = 0; v < vectors; ++v) {
-        x[j][v] = hn::Mul(beta, hn::LoadU(d, start + v * lanes + j * stride));
+    for (int v = 0; v < vectors; ++v) {
+      x[j][v] = hn::Mul(beta, hn::LoadU(d, start + v * lanes + j * stride));
+    }
+  }
+}
+
+template <int vectors, int columns>
+HWY_INLINE void store_tile(const TileUpdate& task, const Vector (&x)[columns][vectors]) {
+  const Tag d;
+  constexpr std::ptrdiff_t step = vectors * lanes;
+  HWY_ALIGN double edge[columns * step];
+  const bool whole = task.rows == step;
+  double* const end = whole ? task.c : edge;
+  const std::ptrdiff_t stride = whole ? task.ldc : step;
+#pragma GCC unroll 24
+  for (int j = 0; j < columns; ++j) {
+#pragma GCC unroll 4
+    for (int v = 0; v < vectors; ++v) {
+      hn::StoreU(x[j][v], d, end + v * lanes + j * stride);
+    }
+  }
+  if (!whole) {
+    for (std::ptrdiff_t j = 0; j < columns; ++j) {
+      for (std::ptrdiff_t i = 0; i < task.rows; ++i) {
+        task.c[i + j * task.ldc] = edge[i + j * step];
       }
     }
   }
-  const double* HWY_RESTRICT t = task.t;
-  Columns<columns> b(task.b, task.ldb);
-  Columns<columns> fetch(task.b + fetch_distance, task.ldb);
-  const auto add_products = [&]() __attribute__((always_inline)) {
-    Vector tv[vectors];
+}
+
+// The products of one depth: t and b move on.
+template <int vectors, int columns>
+HWY_INLINE void add_products(const double*& t, std::ptrdiff_t t_stride, Columns<columns>& b,
+                             Vector (&x)[columns][vectors]) {
+  const Tag d;
+  Vector tv[vectors];
+#pragma GCC unroll 4
+  for (int v = 0; v < vectors; ++v) {
+    tv[v] = hn::LoadU(d, t + v * lanes);
+    keep_in_register(tv[v]);
+  }
+#pragma GCC unroll 24
+  for (int j = 0; j < columns; ++j) {
+    Vector bv = hn::Set(d, *b[j]);
+    if constexpr (vectors > 1) {
+      keep_in_register(bv);
+    }
 #pragma GCC unroll 4
     for (int v = 0; v < vectors; ++v) {
-      tv[v] = rows == Rows::gathered ? hn::Load(d, t + v * lanes) : hn::Mul(factor, hn::LoadU(d, t + v * lanes));
-      keep_in_register(tv[v]);
+      x[j][v] = hn::MulAdd(tv[v], bv, x[j][v]);
     }
-#pragma GCC unroll 24
-    for (int j = 0; j < columns; ++j) {
-      Vector bv = hn::Set(d, *b[j]);
-      keep_in_register(bv);
-#pragma GCC unroll 4
-      for (int v = 0; v < vectors; ++v) {
-        x[j][v] = hn::MulAdd(tv[v], bv, x[j][v]);
-      }
-    }
-    b.advance(1);
-    t += t_stride;
-  };
+  }
+  b.advance(1);
+  t += t_stride;
+}
+
+// Rows that stand t_stride apart, and everything in the cache: for products too small to stream.
+template <int vectors, int columns>
+void update_tile_at_hand(const TileUpdate& task, std::ptrdiff_t t_stride) {
+  Vector x[columns][vectors];
+  load_tile(task, x);
+  const double* t = task.t;
+  Columns<columns> b(task.b, task.ldb);
+  for (std::ptrdiff_t left = task.depth; left > 0; --left) {
+    add_products(t, t_stride, b, x);
+  }
+  store_tile(task, x);
+}
+
+template <int vectors, int columns>
+void update_tile(const TileUpdate& task, Fetcher& fetcher) {
+  constexpr std::ptrdiff_t step = vectors * lanes;
+  const std::ptrdiff_t ldc = task.ldc;
+  Vector x[columns][vectors];
+  load_tile(task, x);
+  const double* t = task.t;
+  Columns<columns> b(task.b, task.ldb);
+  Columns<columns> fetch(task.b + fetch_distance, task.ldb);
   std::ptrdiff_t left = task.depth;
   const std::ptrdiff_t turning = fetch_distance + left % cache_line_doubles + cache_line_doubles;
   const std::ptrdiff_t to_next = task.next_b - fetch[0] - (left - turning);
@@ -204,28 +246,13 @@ void update_tile(const TileUpdate& task, Fetcher& fetcher) {
     fetcher.step();
 #pragma GCC unroll 1
     for (int l = 0; l < cache_line_doubles; ++l) {
-      add_products();
+      add_products(t, step, b, x);
     }
   }
   for (; left > 0; --left) {
-    add_products();
+    add_products(t, step, b, x);
   }
-  double* const end = whole ? c : edge;
-  const std::ptrdiff_t stride = whole ? ldc : step;
-#pragma GCC unroll 24
-  for (int j = 0; j < columns; ++j) {
-#pragma GCC unroll 4
-    for (int v = 0; v < vectors; ++v) {
-      hn::StoreU(x[j][v], d, end + v * lanes + j * stride);
-    }
-  }
-  if (!whole) {
-    for (std::ptrdiff_t j = 0; j < columns; ++j) {
-      for (std::ptrdiff_t i = 0; i < task.rows; ++i) {
-        c[i + j * ldc] = edge[i + j * step];
-      }
-    }
-  }
+  store_tile(task, x);
 }
 
 }  // namespace
