@@ -20,14 +20,17 @@
 #include "joints/joint_candidates.h"
 #include "joints/joint_map.h"
 #include "parallel/part_owners.h"
+#include "phases/own_parts.h"
+#include "phases/refinement.h"
+#include "phases/residuals.h"
 #include "reduced/reduced_problem.h"
 #include "report/component_report.h"
 #include "report/mode_files.h"
 #include "report/mode_table.h"
+#include "report/number_text.h"
 #include "report/output_folder.h"
 #include "structure/gmsh_mesh.h"
 #include "structure/tapered_membrane.h"
-#include "substructure/residual_forces.h"
 #include "substructure/substructure.h"
 
 namespace component {
@@ -35,24 +38,13 @@ namespace {
 
 using modal::at;
 
-// A part on its way through the phases.
-struct OwnPart {
-  int number;  // from 0
-  modal::Mesh mesh;
-  std::vector<modal::EdgeNode> candidates;
-  std::unique_ptr<Substructure> substructure;  // takes the mesh
-  modal::Array<double> mode;                   // order × modes
-
-  const modal::Mesh& any_mesh() const { return substructure ? substructure->structure().mesh : mesh; }
-};
-
 class Run {
  public:
-  Run(Ranks& ranks, const Options& options) : ranks_(ranks), options_(options), owners_(options.parts, ranks.size()) {
-    for (const int number : owners_.parts_of(ranks.rank())) {
-      own_.push_back({number, {}, {}, nullptr, {}});
-    }
-  }
+  Run(Ranks& ranks, const Options& options)
+      : ranks_(ranks),
+        options_(options),
+        owners_(options.parts, ranks.size()),
+        own_(owners_, ranks.rank(), options.mesh_file) {}
 
   int run() {
     phase("meshing", [this] { mesh(); });
@@ -60,10 +52,15 @@ class Run {
     phase("elimination", [this] { eliminate(); });
     tell_model();
     phase("part modes",
-          [this] { each([this](OwnPart& part) { part.substructure->find_modes(options_.part_modes); }); });
+          [this] { own_.each([this](OwnPart& part) { part.substructure->find_modes(options_.part_modes); }); });
     phase("reduction", [this] { assemble(); });
     phase("joined modes", [this] { solve(); });
     phase("expansion", [this] { expand(); });
+    if (options_.refinements > 0) {
+      phase("refinement", [this] { refine(); });
+    }
+    phase("residuals",
+          [this] { result_.residual = residuals(ranks_, owners_, own_, reduced_.get(), result_.eigenvalue); });
     if (!options_.out.empty()) {
       phase("writing", [this] { write(); });
     }
@@ -96,35 +93,12 @@ class Run {
     phases_.push_back(time);
   }
 
-  // Names the part in what goes wrong with it.
-  template <class Work>
-  void in_part(OwnPart& part, const Work& work) {
-    try {
-      work(part);
-    } catch (const std::exception& error) {
-      const std::string file = options_.mesh_file.empty() ? "" : " (" + options_.mesh_file[at(part.number)] + ")";
-      throw modal::InputError("part " + std::to_string(part.number + 1) + file + ": " +
-                              failure_text(error, &part.any_mesh()));
-    }
-  }
-  template <class Work>
-  void each(const Work& work) {
-    for (OwnPart& part : own_) {
-      in_part(part, work);
-    }
-  }
-  // Of part p, which this rank works on.
-  template <class Work>
-  auto of(int p, const Work& work) {
-    OwnPart& part = own_[at(p - own_.front().number)];
-    decltype(work(part)) result;
-    in_part(part, [&](OwnPart& own) { result = work(own); });
-    return result;
-  }
-
   void mesh() {
+    if (ranks_.is_root() && !options_.out.empty()) {
+      const modal::OutputFolder probe(options_.out);  // what cannot be written is known before the work, and said once
+    }
     std::vector<double> boxes(box_size * at(options_.parts), 0.0);
-    each([&](OwnPart& part) {
+    own_.each([&](OwnPart& part) {
       part.mesh = options_.mesh_file.empty()
                       ? modal::tapered_membrane_part(options_.mesh_x, options_.mesh_y, options_.parts, part.number)
                       : modal::read_gmsh_mesh(options_.mesh_file[at(part.number)], modal::Support::optional);
@@ -136,11 +110,11 @@ class Run {
 
   void join() {
     ranks_.sum(boxes_);
-    each([&](OwnPart& part) { part.candidates = joint_candidates(part.mesh, part.number, boxes_); });
+    own_.each([&](OwnPart& part) { part.candidates = joint_candidates(part.mesh, part.number, boxes_); });
     std::vector<std::vector<Candidate>> candidates;
     to_root(
         ranks_, owners_,
-        [&](int p) { return of(p, [](OwnPart& part) { return candidate_message(part.mesh, part.candidates); }); },
+        [&](int p) { return own_.of(p, [](OwnPart& part) { return candidate_message(part.mesh, part.candidates); }); },
         [&](int, const modal::Array<double>& message) { candidates.push_back(candidates_of(message)); });
 
     std::unique_ptr<JointMap> map;
@@ -150,27 +124,25 @@ class Run {
     }
     refuse_bad_joint(map.get());
 
-    std::vector<std::vector<std::int32_t>> interface;
-    from_root(
-        ranks_, owners_,
-        [&](int p) {
-          interface.push_back(interface_unknowns(map->of(p)));
-          return joint_message(map->of(p));
-        },
-        [&](int p, const modal::Array<double>& message) {
-          of(p, [&](OwnPart& part) {
-            const std::vector<JointNode> joint = joint_of(message);
-            check_sides(part.mesh, part.candidates, joint);
-            interior_.push_back(put_interface_last(part.mesh, part.candidates, joint));
-            if (interior_.back() == 0) {
-              throw modal::InputError("no unknown lies inside the part: it is too small");
-            }
-            return 0;
-          });
-        });
     if (map != nullptr) {
+      std::vector<std::vector<std::int32_t>> interface;
+      for (int p = 0; p < options_.parts; ++p) {
+        interface.push_back(interface_unknowns(map->of(p)));
+      }
       reduced_ = std::make_unique<ReducedProblem>(std::move(interface), 2 * map->nodes());
     }
+    from_root(
+        ranks_, owners_, [&](int p) { return joint_message(map->of(p)); },
+        [&](int p, const modal::Array<double>& message) {
+          own_.of(p, [&](OwnPart& part) {
+            const std::vector<JointNode> joint = joint_of(message);
+            check_sides(part.mesh, part.candidates, joint);
+            part.interior = put_interface_last(part.mesh, part.candidates, joint);
+            if (part.interior == 0) {
+              throw modal::InputError("no unknown lies inside the part: it is too small");
+            }
+          });
+        });
   }
 
   // The owner of the part concerned says what the root has found.
@@ -191,24 +163,23 @@ class Run {
       }
     }
     if (owner == ranks_.rank()) {
-      of(part, [&](OwnPart&) -> int { throw modal::InputError(fault); });
+      own_.of(part, [&](OwnPart&) { throw modal::InputError(fault); });
     }
     ranks_.agree(true);
   }
 
   void eliminate() {
-    std::size_t next = 0;
-    each([&](OwnPart& part) {
+    own_.each([&](OwnPart& part) {
       modal::Structure structure = modal::membrane_structure(title() + ", part " + std::to_string(part.number + 1),
                                                              std::exchange(part.mesh, {}));
-      part.substructure = std::make_unique<Substructure>(std::move(structure), interior_[next++]);
+      part.substructure = std::make_unique<Substructure>(std::move(structure), part.interior);
     });
   }
 
   void assemble() {
     to_root(
         ranks_, owners_,
-        [&](int p) { return of(p, [](OwnPart& part) { return part.substructure->reduced().message(); }); },
+        [&](int p) { return own_.of(p, [](OwnPart& part) { return part.substructure->reduced().message(); }); },
         [&](int p, modal::Array<double> message) {
           const auto unknowns = static_cast<std::int32_t>(reduced_->interface_of(p).size());
           reduced_->add(ReducedPart(unknowns, std::move(message)));
@@ -231,30 +202,25 @@ class Run {
     from_root(
         ranks_, owners_, [&](int p) { return reduced_->share(p, result_); },
         [&](int p, const modal::Array<double>& coordinates) {
-          of(p, [&](OwnPart& part) {
-            part.mode = part.substructure->expanded(options_.modes, coordinates);
-            return 0;
-          });
+          own_.of(p, [&](OwnPart& part) { part.mode = part.substructure->expanded(options_.modes, coordinates); });
         });
-    find_residuals();
   }
 
-  // ‖K·x − λ·M·x‖ / ‖K·x‖ over the whole structure: what meets at an interface is added up before its norm is taken.
-  void find_residuals() {
-    ForceSums sums(options_.modes, reduced_ ? reduced_->joint_unknowns() : 0);
-    to_root(
-        ranks_, owners_,
-        [&](int p) {
-          return of(p, [&](OwnPart& part) { return sums.add_part(*part.substructure, result_.eigenvalue, part.mode); });
-        },
-        [&](int p, const modal::Array<double>& forces) { sums.add_interface(reduced_->interface_of(p), forces); });
-    ranks_.sum(sums.interior());
-    result_.residual = sums.residuals();
+  void refine() {
+    const std::vector<double> before = result_.eigenvalue;
+    Refinement refinement(ranks_, owners_, own_, reduced_.get());
+    for (int step = 0; step < options_.refinements; ++step) {
+      refinement.step(result_.eigenvalue);
+    }
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      const double was = modal::frequency(before[i]);
+      fall_ = std::max(fall_, (was - modal::frequency(result_.eigenvalue[i])) / was);
+    }
   }
 
   void write() {
     modal::OutputFolder folder(options_.out);
-    each([&](OwnPart& part) {
+    own_.each([&](OwnPart& part) {
       modal::ModalResult own;
       own.eigenvalue = result_.eigenvalue;
       own.mode = part.mode;
@@ -317,8 +283,8 @@ class Run {
     }
     const double* end = largest.data() + largest.size();
     const auto published = options_.mesh_file.empty() ? modal::tapered_membrane_frequencies() : std::vector<double>();
-    print_modes(std::cout,
-                {result_, published, reduced_->order(), static_cast<int>(end[-2]), -end[-1], end[-3] != 0.0});
+    print_modes(std::cout, {result_, published, reduced_->order(), static_cast<int>(end[-2]), -end[-1], end[-3] != 0.0,
+                            options_.refinements, fall_});
     modal::print_phase_times(std::cout, phases_);
     print_ranks(std::cout, all);
     if (!options_.out.empty()) {
@@ -345,12 +311,12 @@ class Run {
   Ranks& ranks_;
   const Options& options_;
   PartOwners owners_;
-  std::vector<OwnPart> own_;
+  OwnParts own_;
   std::vector<double> boxes_;
-  std::vector<std::int32_t> interior_;       // of the own parts: unknowns before the interface
   std::unique_ptr<ReducedProblem> reduced_;  // at the root
   modal::ModalResult result_;
   std::vector<modal::PhaseTime> phases_;
+  double fall_ = 0.0;    // of a frequency by the refinement, the largest, relative
   bool missed_ = false;  // at the root: modes of the structure or of a part
 };
 

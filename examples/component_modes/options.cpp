@@ -29,6 +29,7 @@ Options parse_options(int argc, const char* const* argv, int ranks, bool tell) {
   std::string parts;
   std::string modes;
   std::string part_modes;
+  std::string refinements;
   std::string threads;
 
   CLI::App app(
@@ -56,6 +57,11 @@ Options parse_options(int argc, const char* const* argv, int ranks, bool tell) {
                                            "modes of each part with its interface held that join the interfaces [" +
                                                std::to_string(usual_part_modes) + "]")
                                 ->type_name("P");
+  auto* refine_option =
+      app.add_option("--refine", refinements,
+                     "steps of iteration on the whole structure that follow; 0: the joined parts as they are [" +
+                         std::to_string(usual_refinements) + "]")
+          ->type_name("N");
   auto* out_option = app.add_option("--out", options.out, "folder for the modes, a VTK file a part (ParaView) [none]")
                          ->type_name("DIR");
   auto* threads_option =
@@ -90,6 +96,9 @@ Options parse_options(int argc, const char* const* argv, int ranks, bool tell) {
   }
   if (part_modes_option->count() > 0) {
     options.part_modes = modal::whole_number("--part-modes", part_modes, std::numeric_limits<std::int32_t>::max());
+  }
+  if (refine_option->count() > 0) {
+    options.refinements = modal::whole_number("--refine", refinements, most_refinements, 0);
   }
   options.threads =
       threads_option->count() > 0 ? modal::whole_number("--threads", threads, modal::most_threads) : usual_threads();

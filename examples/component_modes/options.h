@@ -9,7 +9,9 @@
 namespace component {
 
 inline constexpr int usual_modes = 6;
-inline constexpr int usual_part_modes = 40;
+inline constexpr int usual_part_modes = 30;
+inline constexpr int usual_refinements = 2;
+inline constexpr int most_refinements = 100;
 
 struct Options {
   int mesh_x = 16;  // elements of the built-in model along and across its axis
@@ -17,9 +19,10 @@ struct Options {
   int parts = 1;                       // of the built-in model, or as many as there are files
   std::vector<std::string> mesh_file;  // one a part; empty for the built-in model
   int modes = usual_modes;
-  int part_modes = usual_part_modes;  // fixed-interface modes a part
-  std::string out;                    // folder for the modes; empty where none are written
-  int threads = 1;                    // a rank
+  int part_modes = usual_part_modes;    // fixed-interface modes a part
+  int refinements = usual_refinements;  // steps of subspace iteration on the whole structure
+  std::string out;                      // folder for the modes; empty where none are written
+  int threads = 1;                      // a rank
   bool help = false;
 };
 

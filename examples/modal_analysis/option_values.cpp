@@ -8,12 +8,13 @@
 
 namespace modal {
 
-int whole_number(const std::string& option, const std::string& text, int highest) {
+int whole_number(const std::string& option, const std::string& text, int highest, int lowest) {
   int number = 0;
   const char* const end = text.data() + text.size();
   const auto [at, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || at != end || number < 1 || number > highest) {
-    throw InputError(option + " " + text + ": expected a whole number 1 .. " + std::to_string(highest));
+  if (error != std::errc() || at != end || number < lowest || number > highest) {
+    throw InputError(option + " " + text + ": expected a whole number " + std::to_string(lowest) + " .. " +
+                     std::to_string(highest));
   }
   return number;
 }

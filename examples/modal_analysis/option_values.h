@@ -8,8 +8,8 @@ namespace modal {
 
 inline constexpr int most_threads = 1024;
 
-// 1 .. highest
-int whole_number(const std::string& option, const std::string& text, int highest);
+// lowest .. highest
+int whole_number(const std::string& option, const std::string& text, int highest, int lowest = 1);
 
 // Of the option --mesh: "16x8", each count 1 .. largest_mesh_count.
 void parse_mesh(const std::string& text, int& nx, int& ny);

@@ -31,7 +31,8 @@ class PartOwners {
   int ranks_;
 };
 
-// Each part's owner makes a message of it, and the root takes them in the order of the parts, one at a time.
+// Each part's owner makes a message of it, and the root takes them in the order of the parts, one at a time. No owner
+// waits for the root before it has made all of its own.
 //   make(part) -> Array<double>;  take(part, Array<double>)
 template <class Make, class Take>
 void to_root(Ranks& ranks, const PartOwners& owners, const Make& make, const Take& take) {
@@ -45,16 +46,19 @@ void to_root(Ranks& ranks, const PartOwners& owners, const Make& make, const Tak
   }
 }
 
-// The other way round: the root makes a message for each part, its owner takes it.
+// The other way round: the root makes a message for each part, its owner takes it. The root's own parts come last: what
+// it does with them lets no one wait.
 template <class Make, class Take>
 void from_root(Ranks& ranks, const PartOwners& owners, const Make& make, const Take& take) {
-  for (int part = 0; part < owners.parts(); ++part) {
-    const int owner = owners.owner(part);
-    if (owner == ranks.rank()) {
-      take(part, ranks.is_root() ? make(part) : ranks.receive(0));
-    } else if (ranks.is_root()) {
-      ranks.send(owner, make(part));
+  if (ranks.is_root()) {
+    for (int part = 0; part < owners.parts(); ++part) {
+      if (owners.owner(part) != ranks.rank()) {
+        ranks.send(owners.owner(part), make(part));
+      }
     }
+  }
+  for (const int part : owners.parts_of(ranks.rank())) {
+    take(part, ranks.is_root() ? make(part) : ranks.receive(0));
   }
 }
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <exception>
+#include <list>
 #include <span>
-#include <string>
 
 #include "services/array_memory.h"
 
@@ -25,8 +25,8 @@ class Ranks {
   int size() const { return size_; }
   bool is_root() const { return rank_ == 0; }
 
-  // Messages between two ranks arrive in the order in which they were sent.
-  void send(int to, std::span<const double> message);
+  // Messages between two ranks arrive in the order in which they were sent. A message sent is on its way until agree().
+  void send(int to, modal::Array<double> message);
   modal::Array<double> receive(int from);
 
   // Called by all ranks together.
@@ -38,14 +38,18 @@ class Ranks {
   // What this rank has handed to MPI for others: a message once for every receiver, whatever way MPI sends it.
   double bytes_sent() const { return bytes_sent_; }
 
-  // Called by all ranks together: throws Stopped on all of them when one is not well. A rank that is not well waits
+  // Called by all ranks together, when all that was sent since the last time has been received: throws Stopped on all of
+  // them when one is not well. A rank that is not well waits
   // some seconds for the others, which may be in the middle of long work or waiting for its message; then it ends them.
   void agree(bool well);
 
  private:
+  struct Sending;
+
   int rank_ = 0;
   int size_ = 1;
   double bytes_sent_ = 0.0;
+  std::list<Sending> sending_;
 };
 
 }  // namespace component

@@ -3,7 +3,12 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
+#include <string>
 #include <utility>
+
+#include "structure/input_error.h"
+#include "substructure/leading_block.h"
 
 namespace component {
 namespace {
@@ -13,6 +18,14 @@ using modal::at;
 struct NoProgress : modal::Progress {
   void step(const char* /*phase*/, double /*done*/, double /*total*/) override {}
 };
+
+// Positions in a matrix are 32-bit.
+void refuse_too_many(std::size_t entries) {
+  if (entries > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+    throw modal::InputError("the joined parts have " + std::to_string(entries) +
+                            " entries, more than 32-bit positions count: fewer or smaller parts");
+  }
+}
 
 // Appends a row: its columns, from 0 and ascending, and its diagonal.
 void append_row(modal::SymmetricMatrix& matrix, const std::vector<std::int32_t>& columns,
@@ -56,6 +69,7 @@ void ReducedProblem::make_joint_rows() {
     row(i, columns);
     entries += columns.size() + 1;
   }
+  refuse_too_many(entries);
   for (modal::SymmetricMatrix* matrix : {&stiffness_, &mass_}) {
     matrix->column.reserve(entries + entries / 8);  // and room for the modes
     matrix->value.reserve(entries + entries / 8);
@@ -94,6 +108,7 @@ void ReducedProblem::add(const ReducedPart& part) {
     }
   }
 
+  refuse_too_many(mass_.value.size() + at(part.modes()) * (nb + at(part.modes())));
   std::vector<std::int32_t> columns(nb);
   std::vector<double> values(nb);
   std::transform(sorted.begin(), sorted.end(), columns.begin(), [&own](std::size_t a) { return own[a]; });
@@ -117,6 +132,10 @@ void ReducedProblem::add(const ReducedPart& part) {
 modal::ModalResult ReducedProblem::solve(std::int32_t modes) const {
   NoProgress quiet;
   return modal::find_lowest_modes(stiffness_, mass_, modes, quiet);
+}
+
+modal::SymmetricMatrix ReducedProblem::joint_stiffness() const {
+  return leading_block(stiffness_, joint_unknowns_);
 }
 
 modal::Array<double> ReducedProblem::share(int part, const modal::ModalResult& result) const {

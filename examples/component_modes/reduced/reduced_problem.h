@@ -27,6 +27,9 @@ class ReducedProblem {
   // A part's coordinates in the modes found, as Substructure::expanded takes them.
   modal::Array<double> share(int part, const modal::ModalResult& result) const;
 
+  // Of all joints the condensed stiffness, once all parts are added.
+  modal::SymmetricMatrix joint_stiffness() const;
+
   std::int32_t order() const { return stiffness_.order; }
   std::int32_t joint_unknowns() const { return joint_unknowns_; }
   const std::vector<std::int32_t>& interface_of(int part) const { return interface_[modal::at(part)]; }

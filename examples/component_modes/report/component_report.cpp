@@ -60,8 +60,13 @@ void print_modes(std::ostream& out, const ResultFigures& figures) {
   out << "Largest residual: " << residual << " (mode " << worst - result.residual.begin() + 1 << ")\n"
       << "Joined parts: " << figures.reduced_unknowns
       << " unknowns; fixed-interface modes a part: " << figures.part_modes << ", in every part up to "
-      << modal::fixed_text(limit, 0) << " Hz, " << modal::fixed_text(limit / highest, 1)
-      << " times the highest mode\n\n";
+      << modal::fixed_text(limit, 0) << " Hz, " << modal::fixed_text(limit / highest, 1) << " times the highest mode\n";
+  if (figures.refinements > 0) {
+    out << "Refined by " << figures.refinements << (figures.refinements == 1 ? " step" : " steps")
+        << " on the whole structure: the joined parts' frequencies were up to "
+        << modal::fixed_text(100 * figures.fall, 4) << " % higher\n";
+  }
+  out << '\n';
 }
 
 void print_ranks(std::ostream& out, std::span<const RankFigures> ranks) {

@@ -37,6 +37,8 @@ struct ResultFigures {
   int part_modes;            // the most that a part has
   double lowest_part_limit;  // the lowest of the parts' highest fixed-interface eigenvalues
   bool part_modes_missed;    // in some part
+  int refinements;
+  double fall;  // of a frequency by them, the largest, relative
 };
 void print_modes(std::ostream& out, const ResultFigures& figures);
 void print_ranks(std::ostream& out, std::span<const RankFigures> ranks);

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "factorization/index.h"
+#include "joints/joint_values.h"
 #include "modes/block_operations.h"
 
 namespace component {
@@ -45,11 +46,7 @@ modal::Array<double> ForceSums::add_part(const Substructure& part, std::span<con
 }
 
 void ForceSums::add_interface(std::span<const std::int32_t> unknown, std::span<const double> forces) {
-  for (std::size_t c = 0; c < 2 * modes_; ++c) {
-    for (std::size_t i = 0; i < unknown.size(); ++i) {
-      joint_[c * joint_unknowns_ + at(unknown[i])] += forces[c * unknown.size() + i];
-    }
-  }
+  add_to_joints(unknown, 2 * modes_, forces, joint_);
 }
 
 std::vector<double> ForceSums::residuals() const {

@@ -22,7 +22,7 @@ namespace {
 using modal::at;
 
 // Columns of the interface taken at a time: enough for the dense kernels, and few beside the factor.
-constexpr std::int32_t columns_at_a_time = 32;
+constexpr std::int32_t columns_at_a_time = 64;
 
 std::vector<std::int32_t> unknowns_from(std::int32_t first, std::int32_t end) {
   std::vector<std::int32_t> unknowns(at(end - first));

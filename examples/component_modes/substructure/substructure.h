@@ -42,6 +42,8 @@ class Substructure {
   std::int32_t order() const { return structure_.stiffness.order; }
   std::int32_t interior() const { return factor_.eliminated(); }
   std::int32_t interface() const { return order() - interior(); }
+  // Of K, the interior eliminated.
+  const modal::MultifrontalFactor& factor() const { return factor_; }
   const FixedInterfaceModes& modes() const { return modes_; }
 
  private:

@@ -49,8 +49,14 @@ std::int32_t block_size(std::int32_t modes, std::int32_t order) {
 }
 
 SubspaceIteration::SubspaceIteration(const SymmetricMatrix& k, const SymmetricMatrix& m,
-                                     const MultifrontalFactor& factor, std::int32_t block)
-    : k_(k), m_(m), factor_(factor), block_(block), random_state_(1), x_(at(k.order) * at(block), 0.0) {
+                                     const MultifrontalFactor& factor, std::int32_t block, double looseness)
+    : k_(k),
+      m_(m),
+      factor_(factor),
+      block_(block),
+      looseness_(looseness),
+      random_state_(1),
+      x_(at(k.order) * at(block), 0.0) {
   mx_.resize(x_.size());
   if (block == k.order) {
     unit_start_ = true;
@@ -188,8 +194,9 @@ double SubspaceIteration::excess(bool stalled) const {
     const double reduced =
         stalled ? std::min(std::numeric_limits<double>::epsilon() * value_.back() / value_[i], most_reduced_rounding)
                 : 0.0;
-    worst = std::max({worst, change_[i] / std::max(settled_change, change_in_rounding * rounding + reduced),
-                      defect_[i] / std::max(settled_defect, defect_in_rounding * rounding + reduced)});
+    worst =
+        std::max({worst, change_[i] / std::max(looseness_ * settled_change, change_in_rounding * rounding + reduced),
+                  defect_[i] / std::max(looseness_ * settled_defect, defect_in_rounding * rounding + reduced)});
   }
   return worst;
 }

@@ -39,9 +39,10 @@ class SubspaceIteration {
   using Report = std::function<void(const IterationState& state)>;
 
   // The matrices and the factor of K must outlive the iteration. The block starts pseudo-random, the same in every run;
-  // a block of as many vectors as unknowns starts from the unit vectors.
+  // a block of as many vectors as unknowns starts from the unit vectors. looseness: how many times the usual error an
+  // eigenvalue may have.
   SubspaceIteration(const SymmetricMatrix& k, const SymmetricMatrix& m, const MultifrontalFactor& factor,
-                    std::int32_t block);
+                    std::int32_t block, double looseness = 1.0);
 
   // Starts from given vectors instead: order × block.
   void start_from(std::span<const double> x);
@@ -73,6 +74,7 @@ class SubspaceIteration {
   const SymmetricMatrix& m_;
   const MultifrontalFactor& factor_;
   std::int32_t block_;
+  double looseness_;
   bool unit_start_ = false;
   std::uint64_t random_state_;
   int iterations_ = 0;
