@@ -38,7 +38,8 @@ class Random {
     return low + (high - low) * (static_cast<double>(engine_() >> 11) * 0x1p-53);
   }
   int integer(int low, int high) {
-    return low + static_cast<int>(engine_() % static_cast<std::uint64_t>(high - low + 1));
+    const auto count = static_cast<std::uint64_t>(std::int64_t{high} - low + 1);
+    return static_cast<int>(low + static_cast<std::int64_t>(engine_() % count));
   }
   std::vector<double> vector(std::size_t n, double low = -1.0, double high = 1.0) {
     std::vector<double> v(n);
