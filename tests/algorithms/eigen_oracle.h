@@ -160,18 +160,26 @@ inline int iterate(int n, Numbers& diagonal, Numbers& below, Numbers& vectors) {
   return 0;
 }
 
+// The plain loop over the reflectors in extended precision.
 inline void transform_back(int n, Numbers& packed, Numbers& vectors) {
   const Triangle a{packed};
-  const Full v{vectors, n};
-  for (int i = 3; i <= n; ++i) {
-    if (a(i, i) == 0.0) {
-      continue;
-    }
-    for (int j = 1; j <= n; ++j) {
-      const double s = eight_lane_sum(i - 1, [&](int k) { return a(i, k) * v(k, j); });
-      for (int k = 1; k < i; ++k) {
-        v(k, j) += s * (-1.0 / a(i, i)) * a(i, k);
+  for (int j = 0; j < n; ++j) {
+    double* const column = vectors.data() + size(j) * size(n);
+    std::vector<long double> v(column, column + n);
+    for (int i = 3; i <= n; ++i) {
+      if (a(i, i) == 0.0) {
+        continue;
       }
+      long double s = 0;
+      for (int k = 1; k < i; ++k) {
+        s += v[size(k - 1)] * a(i, k);
+      }
+      for (int k = 1; k < i; ++k) {
+        v[size(k - 1)] -= s / a(i, i) * a(i, k);
+      }
+    }
+    for (int k = 0; k < n; ++k) {
+      column[k] = static_cast<double>(v[size(k)]);
     }
   }
 }

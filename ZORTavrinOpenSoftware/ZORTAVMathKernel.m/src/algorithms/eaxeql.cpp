@@ -82,6 +82,7 @@ int32_t eaxeql(const int32_t* order, double* d, double* e, double* v, int32_t* i
           g = c * r - b;
           *rotation = {c, s};
         }
+        recorder.end();
       }
       d[l] = d[l] - p;
       e[l] = g;
