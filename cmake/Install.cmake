@@ -3,7 +3,8 @@
 #
 #   runtime        the shared library
 #   catalogs       the message catalogs, at the place under the prefix where the library looks for them
-#   development    headers in one folder, the Fortran module, the CMake package, the pkg-config file
+#   development    headers in one folder, the Fortran module, the CMake package, the pkg-config file; for Windows the
+#                  import library of mingw-w64 and the module definition file
 #   documentation  the pages of docs/, the example clients and, where the target `documentation` was built, the reference
 #
 # Nothing that is installed holds an absolute path: the tree may be moved.
@@ -25,8 +26,7 @@ install(TARGETS ZORTAVMathKernel EXPORT ZORTAVMathKernel
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
         ARCHIVE COMPONENT development)
 if(WIN32)
-  install(FILES $<TARGET_PROPERTY:ZORTAVMathKernel,BINARY_DIR>/ZORTAVMathKernel.def
-          DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  install(FILES ${ZORTAV_MODULE_DEFINITIONS} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()
 
 # Callers see the framework's types too. Which platform a header is for is decided here, not by the caller.

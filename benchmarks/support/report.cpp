@@ -34,6 +34,16 @@ std::size_t fastest(const Case& c, const std::vector<Timing>& timings, Wanted wa
   return best;
 }
 
+// Named targets are over OpenBLAS's AVX-512 kernels, where the processor has AVX-512; "best" and "same" over both choices.
+std::size_t named_peer(const Case& c, const std::vector<Timing>& timings, const Target& target) {
+  const auto meant = [&](const Contender& peer) { return target.means(peer); };
+  const bool any_choice = target.of == "best" || target.of == "same";
+  const std::size_t peer = fastest(c, timings, [&](const Contender& other) {
+    return meant(other) && (any_choice || other.library != "OpenBLAS-Haswell");
+  });
+  return peer != 0 ? peer : fastest(c, timings, meant);
+}
+
 std::string ratio_text(const Case& c, const std::vector<Timing>& timings, std::size_t peer) {
   return peer == 0 ? "-" : text("%.2f %s", timings[peer].ratio, c.contenders()[peer].name().c_str());
 }
@@ -89,7 +99,7 @@ std::string Report::verdicts(const Case& c, const std::vector<Timing>& timings) 
     if (target.of == "limit") {
       reached = c.least_seconds() / timings[0].seconds;
     } else {
-      const std::size_t peer = fastest(c, timings, [&](const Contender& other) { return target.means(other); });
+      const std::size_t peer = named_peer(c, timings, target);
       if (peer == 0) {
         continue;
       }

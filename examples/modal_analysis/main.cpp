@@ -11,6 +11,7 @@
 #include "options.h"
 #include "run_support.h"
 #include "services/catalog_folder.h"
+#include "services/library_start.h"
 #include "services/listing.h"
 
 namespace {
@@ -37,7 +38,7 @@ int main(int argc, char** argv) {
       return EXIT_SUCCESS;
     }
     start_services(argv[0]);
-    modal::start_library(options);
+    modal::start_library(options.threads);
     return options.condense.empty() ? modal::run_modal_analysis(options) : modal::run_condensation(options);
   } catch (const std::exception& error) {
     start_services(argv[0]);

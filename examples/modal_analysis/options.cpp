@@ -2,45 +2,13 @@
 #include "options.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <iostream>
 #include <limits>
 
+#include "option_values.h"
 #include "structure/input_error.h"
-#include "structure/tapered_membrane.h"
 
 namespace modal {
-namespace {
-
-constexpr int most_threads = 1024;
-
-int whole_number(const std::string& option, const std::string& text, int highest) {
-  int number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [at, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || at != end || number < 1 || number > highest) {
-    throw InputError(option + " " + text + ": expected a whole number 1 .. " + std::to_string(highest));
-  }
-  return number;
-}
-
-// "16x8"
-void parse_mesh(const std::string& text, Options& options) {
-  const char* const end = text.data() + text.size();
-  const auto x = std::from_chars(text.data(), end, options.mesh_x);
-  const bool cross = x.ec == std::errc() && x.ptr != end && *x.ptr == 'x';
-  const auto y = cross ? std::from_chars(x.ptr + 1, end, options.mesh_y) : x;
-  if (!cross || y.ec != std::errc() || y.ptr != end) {
-    throw InputError("--mesh " + text + ": expected two counts, such as 16x8");
-  }
-  for (const int count : {options.mesh_x, options.mesh_y}) {
-    if (count < 1 || count > largest_mesh_count) {
-      throw InputError("--mesh " + text + ": each count must be 1 .. " + std::to_string(largest_mesh_count));
-    }
-  }
-}
-
-}  // namespace
 
 Options parse_options(int argc, const char* const* argv) {
   Options options;
@@ -104,7 +72,7 @@ Options parse_options(int argc, const char* const* argv) {
     }
   }
   if (mesh_option->count() > 0) {
-    parse_mesh(mesh, options);
+    parse_mesh(mesh, options.mesh_x, options.mesh_y);
   }
   if (parts_option->count() > 0) {
     options.parts = whole_number("--parts", parts, options.mesh_x);

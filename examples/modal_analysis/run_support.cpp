@@ -3,7 +3,6 @@
 
 #include <omp.h>
 
-#include <cstdlib>
 #include <iostream>
 
 #include "ZORTAVMathKernel.h"
@@ -17,17 +16,6 @@
 #include "structure/tapered_membrane.h"
 
 namespace modal {
-
-void start_library(const Options& options) {
-  if (options.threads) {
-    static std::string setting;  // the environment keeps pointing at it
-    setting = "OMP_NUM_THREADS=" + std::to_string(*options.threads);
-    putenv(setting.data());
-    omp_set_num_threads(*options.threads);
-  }
-  std::int32_t decision = 0;
-  ehaldb(&decision);
-}
 
 Structure make_structure(const Options& options, std::vector<PhaseTime>& phases) {
   if (!options.mesh_file.empty()) {

@@ -13,9 +13,6 @@
 
 namespace modal {
 
-// The library decides once, at its first call, from the environment how it runs; the environment comes first.
-void start_library(const Options& options);
-
 // Runs a piece of work and appends how long it took.
 template <class Work>
 auto timed(const char* phase, std::vector<PhaseTime>& phases, Work work) {

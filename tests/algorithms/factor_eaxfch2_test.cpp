@@ -11,6 +11,7 @@
 
 #include "ZORMathematics.h"
 #include "ZORTAVFactorization.h"
+#include "algorithms/factor_oracle.h"
 #include "support/numbers.h"
 
 namespace {
@@ -18,69 +19,16 @@ namespace {
 using zortest::Guarded;
 using zortest::nan;
 using zortest::Random;
-using Numbers = std::vector<double>;
-
-std::size_t place(std::size_t i, std::size_t j) {
-  return i * (i - 1) / 2 + j - 1;
-}  // indices from 1
-
-template <class Term>
-double ordered_sum(std::size_t len, double start, Term term) {
-  std::size_t k = 1;
-  if (len >= 9) {
-    double odd = start;
-    double even = 0;
-    for (; k + 7 <= len; k += 8) {
-      for (std::size_t s = 0; s < 8; s += 2) {
-        odd += term(k + s);
-        even += term(k + s + 1);
-      }
-    }
-    start = odd + even;
-  }
-  for (; k <= len; ++k) {
-    start += term(k);
-  }
-  return start;
-}
-
-struct Outcome {
-  int32_t ierr = 0;
-  double piv = 777;  // a value that no pivot takes: stays when none is refused
-};
-
-Outcome oracle(Numbers& a, std::size_t n1, std::size_t n2, double tol) {
-  const auto at = [&a](std::size_t i, std::size_t j) -> double& { return a[place(i, j)]; };
-  for (std::size_t i = n1; i <= n2; ++i) {
-    for (std::size_t j = 1; j < i; ++j) {
-      const std::size_t before = (j - 1) / 4 * 4;
-      double t = ordered_sum(before, -at(i, j), [&](std::size_t k) { return at(i, k) * at(j, k); });
-      for (std::size_t k = before + 1; k < j; ++k) {
-        t = t + at(i, k) * at(j, k);
-      }
-      at(i, j) = t / -at(j, j);
-    }
-    const double d = at(i, i) - ordered_sum(i - 1, 0, [&](std::size_t k) { return at(i, k) * at(i, k); });
-    if (tol >= d) {
-      return {static_cast<int32_t>(i), d};
-    }
-    at(i, i) = std::sqrt(d);
-  }
-  return {};
-}
-
-Numbers positive_definite(Random& random, std::size_t n) {
-  Numbers a = random.vector(n * (n + 1) / 2);
-  for (std::size_t i = 1; i <= n; ++i) {
-    a[place(i, i)] = static_cast<double>(n) * random.uniform(0.8, 1.2) + 1;
-  }
-  return a;
-}
+using zortest::factor::in_stated_order;
+using zortest::factor::Numbers;
+using zortest::factor::Outcome;
+using zortest::factor::place;
+using zortest::factor::positive_definite;
 
 // Returns the factored matrix.
 Numbers expect_as_oracle(const Numbers& matrix, std::size_t n1, std::size_t n2, double tol, std::size_t offset) {
   Numbers expected = matrix;
-  const Outcome want = oracle(expected, n1, n2, tol);
+  const Outcome want = in_stated_order(expected, n1, n2, tol);
   Guarded<double> a(matrix, offset);
   Outcome got{-1, 777};
   const int32_t unread = -5;
@@ -116,7 +64,7 @@ TEST(Eaxfch2, RefusesAPivotAtEveryRowOfEveryRange) {
         a[place(bad, bad)] = -1;
         expect_as_oracle(a, n1, n, 0, bad % 3);
       }
-      oracle(start, n1, std::min(n, n1 + 2), 0);
+      in_stated_order(start, n1, std::min(n, n1 + 2), 0);
     }
   }
 }
@@ -152,7 +100,7 @@ TEST(Eaxfch2, TolerancePivotsAndNumbersThatAreNone) {
     a[place(i, i)] = nan;  // passes and spoils the rows below
     expect_as_oracle(a, 1, 30, 0, 0);
     a = matrix;
-    oracle(a, 1, 16, 0);
+    in_stated_order(a, 1, 16, 0);
     a[place(i, i)] = 0;  // a zero in the supplied rows is not tested
     expect_as_oracle(a, 17, 30, 0, 0);
   }

@@ -1,35 +1,14 @@
 # SPDX-License-Identifier: MIT
 # Installs BUILD into FOLDER, moves the tree, and builds and runs clients against it: through CMake and through
 # pkg-config, in C, C++ and Fortran.
-cmake_minimum_required(VERSION 3.25)
-
-function(run)
-  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE failure)
-  if(failure)
-    list(JOIN ARGN " " command)
-    message(FATAL_ERROR "${command}\n${output}")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/checks.cmake)
 
 set(first ${FOLDER}/first)
 set(prefix ${FOLDER}/moved)
 file(REMOVE_RECURSE ${FOLDER})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${first})
 file(RENAME ${first} ${prefix})
-file(GLOB_RECURSE texts ${prefix}/*.cmake ${prefix}/*.pc)
-file(GLOB_RECURSE package_file ${prefix}/ZORTAVMathKernel.pc)
-if(NOT package_file)
-  message(FATAL_ERROR "no pkg-config file in ${prefix}")
-endif()
-foreach(text IN LISTS texts)
-  file(READ ${text} contents)
-  foreach(absolute ${FOLDER} ${BUILD} ${SOURCE})
-    string(FIND "${contents}" ${absolute} at)
-    if(NOT at EQUAL -1)
-      message(SEND_ERROR "${text} names ${absolute}: the tree cannot be moved")
-    endif()
-  endforeach()
-endforeach()
+expect_relocatable(${prefix} ${FOLDER} ${BUILD} ${SOURCE})
 
 # Through CMake: the examples as they are installed.
 set(examples ${prefix}/share/doc/ZORTAVMathKernel/examples/link)
@@ -40,6 +19,7 @@ run(${CMAKE_COMMAND} --build ${FOLDER}/build)
 run(${CMAKE_CTEST_COMMAND} --test-dir ${FOLDER}/build --no-tests=error)
 
 # Through pkg-config.
+file(GLOB_RECURSE package_file ${prefix}/ZORTAVMathKernel.pc)
 get_filename_component(package_dir ${package_file} DIRECTORY)
 set(ENV{PKG_CONFIG_PATH} ${package_dir})
 set(ENV{PKG_CONFIG_ALLOW_SYSTEM_CFLAGS} 1)

@@ -7,39 +7,14 @@
 #include <vector>
 
 #include "ZORTAVSparsePatterns.h"
+#include "matrix_kernels/pattern_oracle.h"
 #include "support/numbers.h"
 
 using namespace zortest;
 
 namespace {
 
-using Integers = std::vector<std::int32_t>;
-
-struct Pattern {
-  std::int32_t nrow = 0;
-  std::int32_t ncol = 0;
-  Integers ptr{0};
-  Integers idx = {};
-};
-
-// Up to `longest` columns a row, in any order and possibly twice.
-Pattern random_pattern(int nrow, int ncol, int longest, Random& random) {
-  Pattern a{.nrow = nrow, .ncol = ncol};
-  for (int i = 0; i < nrow; ++i) {
-    for (int e = random.integer(0, longest); e > 0; --e) {
-      a.idx.push_back(random.integer(1, ncol));
-    }
-    a.ptr.push_back(static_cast<std::int32_t>(a.idx.size()));
-  }
-  return a;
-}
-
-// What the calls leave: the transpose, the product and the work array. Also what eaunle leaves by itself.
-struct Product {
-  Integers ptr_t = {}, idx_t = {}, ptr_p = {}, idx_p = {}, list = {};
-};
-
-Product product(const Pattern& a) {
+PatternProduct product(const Pattern& a) {
   const auto order = static_cast<std::size_t>(a.ncol);
   Guarded<std::int32_t> ptr(order + 1), idx(a.idx.size()), ptr_t(order + 1), idx_t(a.idx.size());
   Guarded<std::int32_t> mark(order), ptr_p(order + 1), list(Integers(order + 1, a.ncol + 1), 0);
@@ -58,36 +33,6 @@ Product product(const Pattern& a) {
   return {ptr_t.values(), idx_t.values(), ptr_p.values(), idx_p.values(), list.values()};
 }
 
-Product dense_product(const Pattern& a) {
-  const auto rows = static_cast<std::size_t>(a.nrow);
-  std::vector<Integers> count(rows, Integers(static_cast<std::size_t>(a.ncol) + 1));
-  for (std::size_t i = 0; i < rows; ++i) {
-    for (auto p = a.ptr[i]; p < a.ptr[i + 1]; ++p) {
-      ++count[i][static_cast<std::size_t>(a.idx[static_cast<std::size_t>(p)])];
-    }
-  }
-  Product expected{.ptr_t = {0}, .ptr_p = {0}, .list = Integers(static_cast<std::size_t>(a.ncol) + 1)};
-  expected.list[0] = a.ncol + 1;
-  for (std::size_t c = 1; c <= static_cast<std::size_t>(a.ncol); ++c) {
-    for (std::size_t k = 0; k < rows; ++k) {
-      expected.idx_t.insert(expected.idx_t.end(), static_cast<std::size_t>(count[k][c]),
-                            static_cast<std::int32_t>(k) + 1);
-    }
-    const auto before = static_cast<std::ptrdiff_t>(expected.idx_p.size());
-    for (std::size_t j = 1; j <= static_cast<std::size_t>(a.ncol); ++j) {
-      if (j != c && std::any_of(count.begin(), count.end(), [&](const Integers& row) { return row[c] * row[j] > 0; })) {
-        expected.idx_p.push_back(static_cast<std::int32_t>(j));
-      }
-    }
-    // The head of the list stays on the first column of the last row.
-    const auto first = expected.idx_p.begin() + before;
-    expected.list[0] = first == expected.idx_p.end() ? a.ncol + 1 : *first;
-    expected.ptr_t.push_back(static_cast<std::int32_t>(expected.idx_t.size()));
-    expected.ptr_p.push_back(static_cast<std::int32_t>(expected.idx_p.size()));
-  }
-  return expected;
-}
-
 TEST(Pattern, TransposeAndProductMatchTheDenseMatrix) {
   Random random(99);
   std::vector<Pattern> patterns{{}, random_pattern(400, 500, 5, random)};
@@ -99,8 +44,8 @@ TEST(Pattern, TransposeAndProductMatchTheDenseMatrix) {
   }
   for (const Pattern& a : patterns) {
     SCOPED_TRACE(testing::Message() << a.nrow << " rows, " << a.ncol << " columns, entries " << a.idx.size());
-    const Product expected = dense_product(a);
-    const Product actual = product(a);
+    const PatternProduct expected = dense_product(a);
+    const PatternProduct actual = product(a);
     EXPECT_EQ(actual.ptr_t, expected.ptr_t);
     EXPECT_EQ(actual.idx_t, expected.idx_t);
     EXPECT_EQ(actual.ptr_p, expected.ptr_p);

@@ -48,4 +48,7 @@ class Program : public TemporaryFolder {
   }
 };
 
+// What reads Matrix Market files, which not every build of the program can.
+class ProgramMatrices : public Program {};
+
 }  // namespace modaltest

@@ -14,6 +14,8 @@ namespace fs = std::filesystem;
 using modaltest::Outcome;
 using modaltest::symmetric;
 
+const std::string error_banner = "\\*+ ERROR \\*+\n";
+
 class ProgramServices : public modaltest::Program {
  protected:
   // The listing of a run with the log in the folder "log".
@@ -42,6 +44,8 @@ class ProgramServices : public modaltest::Program {
   Outcome last_;
 };
 
+class ProgramServicesMatrices : public ProgramServices {};
+
 TEST_F(ProgramServices, TheListingHasWhatTheRunDidAndTheTerminalHasNoneOfIt) {
   const std::string plain = good_run("--mesh 6x3 --modes 4");
   expect_in_order(log("--mesh 6x3 --modes 4", 0), {"MODAL ANALYSIS +Year : \\d{4}",
@@ -67,30 +71,36 @@ TEST_F(ProgramServices, TheListingHasWhatTheRunDidAndTheTerminalHasNoneOfIt) {
   EXPECT_EQ(last_.err, "");
   EXPECT_EQ(last_.out.substr(0, last_.out.find("\n  phase")), plain.substr(0, plain.find("\n  phase")));
   EXPECT_EQ(last_.out.find("SUBSPACE"), std::string::npos);
-  EXPECT_NE(last_.out.find("Listing: log/TavrinSolverLog_"), std::string::npos);
+  EXPECT_NE(last_.out.find(std::string("Listing: log") + zortest::path_separator + "TavrinSolverLog_"),
+            std::string::npos);
   EXPECT_NE(plain.find("Peak memory of the arrays: "), std::string::npos);
 }
 
 TEST_F(ProgramServices, FailuresAreCatalogMessagesInTheUsersLanguage) {
-  const std::string stars = "\\*+ ERROR \\*+\n";
-  write("bad.mtx", symmetric + "2 2 2\n1 1 2\n2 2 2..5\n");
-  write("singular.mtx", symmetric + "2 2 3\n1 1 1\n2 2 1\n2 1 1\n");
-  expect_in_order(log("--stiffness bad.mtx", 1),
-                  {stars + "Reading of the model\nLine 4 of bad.mtx cannot be used: .*2\\.\\.5"});
-  EXPECT_EQ(last_.err.find("modal_analysis: bad.mtx, line 4: "), 0U) << last_.err;
+  write("bad.msh", "$MeshFormat\n2 0 8\n");
+  expect_in_order(log("--mesh-file bad.msh", 1),
+                  {error_banner + "Reading of the model\nLine 2 of bad.msh cannot be used: "});
+  EXPECT_EQ(last_.err.find("modal_analysis: bad.msh, line 2: "), 0U) << last_.err;
   EXPECT_EQ(last_.err.find('\n'), last_.err.size() - 1);
-  expect_in_order(log("--stiffness bad.mtx", 1, "LC_ALL=fr_FR.UTF-8"),
-                  {stars + "Lecture du modèle\nLa ligne 4 de bad.mtx ne peut pas être utilisée : "});
-  expect_in_order(log("--stiffness singular.mtx --modes 1", 1, "LC_ALL=de_DE"),
-                  {stars, "equation [12] of singular.mtx was refused with status 6, value 0 "});
-  expect_in_order(log("--modes none", 1), {stars, "cannot be carried out as asked: --modes none"});
+  expect_in_order(log("--mesh-file bad.msh", 1, "LC_ALL=fr_FR.UTF-8"),
+                  {error_banner + "Lecture du modèle\nLa ligne 2 de bad.msh ne peut pas être utilisée : "});
+  expect_in_order(log("--modes none", 1), {error_banner, "cannot be carried out as asked: --modes none"});
   // A catalog of the user's stands before the program's; without any, the number is told.
   fs::create_directory(path("own"));
   write("own/ModalAnalysisError_en.json", R"({"ERR_0102": {"diagnostic": "Own text for /p21"}})");
-  expect_in_order(log("--modes none", 1, "ZOR_MESSAGE_CATALOG_PATH=own"), {stars + "Own text for --modes none"});
+  expect_in_order(log("--modes none", 1, "ZOR_MESSAGE_CATALOG_PATH=own"), {error_banner + "Own text for --modes none"});
   const Outcome without = run("--modes none", "ADL_ODT_OUT=missing");
   EXPECT_EQ(without.status, 1);
   expect_in_order(without.err, {"ADL_ODT_OUT: no solver log .*missing\n", "--modes none"});
+}
+
+TEST_F(ProgramServicesMatrices, FailuresNameThePlaceInTheFile) {
+  write("bad.mtx", symmetric + "2 2 2\n1 1 2\n2 2 2..5\n");
+  write("singular.mtx", symmetric + "2 2 3\n1 1 1\n2 2 1\n2 1 1\n");
+  expect_in_order(log("--stiffness bad.mtx", 1),
+                  {error_banner + "Reading of the model\nLine 4 of bad.mtx cannot be used: .*2\\.\\.5"});
+  expect_in_order(log("--stiffness singular.mtx --modes 1", 1, "LC_ALL=de_DE"),
+                  {error_banner, "equation [12] of singular.mtx was refused with status 6, value 0 "});
 }
 
 TEST_F(ProgramServices, AnArrayAboveTheLimitEndsTheRun) {
@@ -109,7 +119,7 @@ TEST_F(ProgramServices, AnArrayAboveTheLimitEndsTheRun) {
 }
 
 // Springs of 6 and 3 from unknown 2, which another of 9 holds, to 1 and 3: S_33 = 3 − 3²/18, S_11 = 6 − 6²/18.
-TEST_F(ProgramServices, CondensesToTheUnknownsOfAFile) {
+TEST_F(ProgramServicesMatrices, CondensesToTheUnknownsOfAFile) {
   write("K.mtx", symmetric + "3 3 5\n1 1 6\n2 1 -6\n2 2 18\n3 2 -3\n3 3 3\n");
   write("r.txt", "3\n\n 1 \n");
   const std::string listing = log("--stiffness K.mtx --condense r.txt --out S", 0);
@@ -118,8 +128,10 @@ TEST_F(ProgramServices, CondensesToTheUnknownsOfAFile) {
   expect_in_order(last_.out, {"condensed to 2 of 3 unknowns\n", " 3 +1\n", " 3 +2.5\n", " 1 +-1 +4\n"});
   EXPECT_NE(read("S/condensed.mtx").find("array real symmetric\n"), std::string::npos);
   expect_in_order(read("S/condensed.mtx"), {"%   3\n%   1\n2 2\n2.5\n-1\n4\n"});
+}
 
-  // A mesh file's node numbers are its own (here 10, 20, ...), and the numbers of its nodes lead to the same matrix.
+// A mesh file's node numbers are its own (here 10, 20, ...), and the numbers of its nodes lead to the same matrix.
+TEST_F(ProgramServices, CondensesToTheNodesOfAMesh) {
   const modal::Mesh mesh = modal::tapered_membrane(4, 2).mesh;
   write("a.msh", modaltest::gmsh_text(mesh));
   std::string numbers;
@@ -130,35 +142,45 @@ TEST_F(ProgramServices, CondensesToTheUnknownsOfAFile) {
   }
   write("numbers.txt", numbers);
   write("tags.txt", tags);
-  EXPECT_EQ(run("--mesh 4x2 --condense numbers.txt --out N").status, 0);
+  expect_in_order(log("--mesh 4x2 --condense numbers.txt --out N", 0),
+                  {"condensed to unknowns: 4\n", "ORDERING", "CONDENSED STIFFNESS\n", "Unknowns retained: 4\n"});
   EXPECT_EQ(run("--mesh-file a.msh --condense tags.txt --out T").status, 0);
   const std::string whole = read("N/condensed.mtx");
   EXPECT_EQ(read("T/condensed.mtx").substr(read("T/condensed.mtx").find("\n4 4\n")),
             whole.substr(whole.find("\n4 4\n")));
 }
 
-TEST_F(ProgramServices, RefusesRetainedUnknownsThatAreNotThere) {
-  write("K.mtx", symmetric + "2 2 3\n1 1 1\n2 2 1\n2 1 1\n");
-  write("chain.mtx", symmetric + "3 3 4\n1 1 1\n2 2 1\n2 1 1\n3 3 1\n");
-  struct Case {
-    std::string text, of_matrix, of_mesh;
-  };
-  for (const auto& [text, of_matrix, of_mesh] : {
-           Case{"", "line 1: the file ends", "line 1: the file ends"},
-           {"2\n\n3\n", "line 3: the unknown '3' is not", "line 1: expected 'NODE x'"},
-           {"0\n", "line 1: the unknown '0' is not", "line 1: expected"},
-           {"1\n2\n1\n", "line 3: .* line 1 already", "line 1: expected"},
-           {"30 x\n30 z\n", "line 1: expected the number", "line 2: the direction 'z'"},
-           {"30 x\n1 y\n", "line 1: expected", "line 2: node 1 is fixed"},
-           {"30 x\n38 x\n", "line 1: expected", "line 2: the node '38' is not"},
-           {"30 x\n29 y\n30 x\n", "line 1: expected", "line 3: .* line 1 already"},
-       }) {
-    write("r.txt", text);
-    expect_refused("--stiffness K.mtx --condense r.txt", "r.txt, " + of_matrix);
-    expect_refused("--mesh 4x2 --condense r.txt", "r.txt, " + of_mesh);
+// Files of retained unknowns that are refused, and what is said of them beside matrices and beside a mesh.
+struct Retained {
+  std::string text, of_matrix, of_mesh;
+};
+const std::vector<Retained> refused_files{
+    {"", "line 1: the file ends", "line 1: the file ends"},
+    {"2\n\n3\n", "line 3: the unknown '3' is not", "line 1: expected 'NODE x'"},
+    {"0\n", "line 1: the unknown '0' is not", "line 1: expected"},
+    {"1\n2\n1\n", "line 3: .* line 1 already", "line 1: expected"},
+    {"30 x\n30 z\n", "line 1: expected the number", "line 2: the direction 'z'"},
+    {"30 x\n1 y\n", "line 1: expected", "line 2: node 1 is fixed"},
+    {"30 x\n38 x\n", "line 1: expected", "line 2: the node '38' is not"},
+    {"30 x\n29 y\n30 x\n", "line 1: expected", "line 3: .* line 1 already"},
+};
+
+TEST_F(ProgramServices, RefusesRetainedNodesThatAreNotThere) {
+  for (const Retained& file : refused_files) {
+    write("r.txt", file.text);
+    expect_refused("--mesh 4x2 --condense r.txt", "r.txt, " + file.of_mesh);
   }
   expect_refused("--condense none.txt", "none.txt: no such file");
   expect_refused("--condense r.txt --modes 2", "");
+}
+
+TEST_F(ProgramServicesMatrices, RefusesRetainedUnknownsThatAreNotThere) {
+  write("K.mtx", symmetric + "2 2 3\n1 1 1\n2 2 1\n2 1 1\n");
+  write("chain.mtx", symmetric + "3 3 4\n1 1 1\n2 2 1\n2 1 1\n3 3 1\n");
+  for (const Retained& file : refused_files) {
+    write("r.txt", file.text);
+    expect_refused("--stiffness K.mtx --condense r.txt", "r.txt, " + file.of_matrix);
+  }
   write("r.txt", "3\n");
   expect_refused("--stiffness chain.mtx --condense r.txt", "equation [12]: pivot status 6.*with the retained unknowns");
   expect_in_order(log("--stiffness chain.mtx --condense r.txt", 1),

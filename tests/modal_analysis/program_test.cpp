@@ -17,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 using modaltest::Outcome;
 using modaltest::Program;
+using modaltest::ProgramMatrices;
 using modaltest::symmetric;
 using Texts = std::vector<std::string>;
 
@@ -83,7 +84,7 @@ TEST_F(Program, PrintsAndWritesTheSameAtEveryLevelAndThreadCount) {
   }
 }
 
-TEST_F(Program, MatricesFromFilesGiveTheSameFrequencies) {
+TEST_F(ProgramMatrices, MatricesFromFilesGiveTheSameFrequencies) {
   const modal::Structure structure = modal::tapered_membrane(6, 3);
   write("K.mtx", matrix_market(structure.stiffness));
   write("M.mtx", matrix_market(structure.mass));
@@ -105,14 +106,14 @@ TEST_F(Program, PartsAndMeshFilesGiveTheSameFrequencies) {
   expect_refused("--mesh-file a.msh", "a.msh, line 2:");
 }
 
-TEST_F(Program, WithoutMassAndNumberOfModes) {
+TEST_F(ProgramMatrices, WithoutMassAndNumberOfModes) {
   write("D.mtx", symmetric + "4 4 4\n1 1 9\n2 2 1\n3 3 9\n4 4 4\n");
   EXPECT_EQ(frequencies(good_run("--stiffness D.mtx"), 2), (Texts{"1", "4", "9", "9"}));
   write("one.mtx", "%%MatrixMarket matrix array integer general\n1 1\n16\n");
   EXPECT_EQ(frequencies(good_run("--stiffness one.mtx"), 2), Texts{"16"});
 }
 
-TEST_F(Program, RefusesBadFilesInOneLineThatNamesThePlace) {
+TEST_F(ProgramMatrices, RefusesBadFilesInOneLineThatNamesThePlace) {
   write("good.mtx", symmetric + "2 2 3\n1 1 2\n2 2 2\n2 1 1\n");
   struct Case {
     std::string text;
@@ -189,6 +190,7 @@ TEST_F(Program, ReplacesTheFilesOfAnEarlierRunAndLeavesNothingElse) {
   for (const std::string mesh : {"2x2", "3x2"}) {
     good_run("--modes 2 --out results --mesh " + mesh);
   }
+  good_run("--modes 2 --mesh 2x2 --out Gr\xC3\xB6n");  // not of plain letters only
   EXPECT_NE(read("results/modes.vtk").find("3 x 2"), std::string::npos);
   EXPECT_EQ(std::distance(fs::directory_iterator(path("results")), fs::directory_iterator()), 2);
 }

@@ -2,7 +2,6 @@
 // The arrays' owner, and what becomes of the solver when memory is refused.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <optional>
 
 #include "ZORMemory.h"
@@ -10,6 +9,7 @@
 #include "modal_analysis/solver_matrices.h"
 #include "modes/modal_solver.h"
 #include "services/array_memory.h"
+#include "test_system.h"
 
 namespace {
 
@@ -62,7 +62,7 @@ TEST(ArrayMemory, PeakCountsWhatIsHeldAtOnceInWhateverOrderItIsGivenBack) {
 }
 
 TEST(ArrayMemory, RefusalsSayWhatWasAskedForAndAllowed) {
-  setenv("TAV_MAX_ALLOC", "2", 1);
+  zortest::set_variable("TAV_MAX_ALLOC", "2");
   const auto said = [](std::size_t count) -> std::string {
     try {
       const Array<double> array(count);
@@ -73,7 +73,7 @@ TEST(ArrayMemory, RefusalsSayWhatWasAskedForAndAllowed) {
   };
   EXPECT_EQ(said(100'000), "");
   EXPECT_EQ(said(1'000'000), "an array of 8 MB was refused: TAV_MAX_ALLOC allows 2.05 MB");
-  unsetenv("TAV_MAX_ALLOC");
+  zortest::remove_variable("TAV_MAX_ALLOC");
   EXPECT_EQ(said(1'000'000), "");
   EXPECT_EQ(said(std::size_t{1} << 31), "an array of 1.72e+04 MB is larger than one request can be");
   const Refusal refusal(0);

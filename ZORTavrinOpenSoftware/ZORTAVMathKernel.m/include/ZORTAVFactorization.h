@@ -74,7 +74,7 @@ ZORTAV_ENTRY void eaxfch2(const int32_t* n, const int32_t* n1, const int32_t* n2
  * pivot too) or its ratio (istat 34).
  * NaN: a pivot or a ratio that is not a number passes the tests, and spreads. Zeros are multiplied like any number.
  * Aliasing: the arguments must not overlap. Bad arguments: nothing is checked; a zero in d0 gives an infinite or
- * undefined ratio that decides the test. Memory: at most 120 KiB of stack, no heap. Positions are 64-bit: n may exceed
+ * undefined ratio that decides the test. Memory: at most 356 KiB of stack, no heap. Positions are 64-bit: n may exceed
  * 65535.
  * Threads: any number of calls at once on different arguments.
  * Reproducibility: fixed order, no fused operations: every entry receives its updates in the order of the pivots; the

@@ -25,39 +25,42 @@ double CondensedStiffness::operator()(std::int32_t i, std::int32_t j) const {
   return lower[place(order, i, j)];
 }
 
-CondensedStiffness condense(const SymmetricMatrix& stiffness, std::span<const std::int32_t> retained) {
-  CondensedStiffness result;
-  result.order = static_cast<std::int32_t>(retained.size());
-  result.lower = Array<double>(at(Front::packed(result.order)), 0.0);
-
-  std::vector<std::int32_t> rank(at(stiffness.order), -1);  // among the retained
-  for (std::int32_t k = 0; k < result.order; ++k) {
-    rank[at(retained[at(k)])] = k;
+RetainedBlock::RetainedBlock(const SymmetricMatrix& matrix, std::span<const std::int32_t> retained)
+    : rank_(at(matrix.order), -1) {
+  sum_.order = static_cast<std::int32_t>(retained.size());
+  sum_.lower = Array<double>(at(Front::packed(sum_.order)), 0.0);
+  for (std::int32_t k = 0; k < sum_.order; ++k) {
+    rank_[at(retained[at(k)])] = k;
   }
   for (const std::int32_t i : retained) {
-    for (std::int32_t p = stiffness.row_end[at(i)]; p < stiffness.row_end[at(i) + 1]; ++p) {
-      const std::int32_t j = p + 1 == stiffness.row_end[at(i) + 1] ? i : stiffness.column[at(p)] - 1;
-      if (rank[at(j)] >= 0) {
-        result.lower[place(result.order, rank[at(i)], rank[at(j)])] = stiffness.value[at(p)];
+    for (std::int32_t p = matrix.row_end[at(i)]; p < matrix.row_end[at(i) + 1]; ++p) {
+      const std::int32_t j = p + 1 == matrix.row_end[at(i) + 1] ? i : matrix.column[at(p)] - 1;
+      if (rank_[at(j)] >= 0) {
+        sum_.lower[place(sum_.order, rank_[at(i)], rank_[at(j)])] = matrix.value[at(p)];
       }
     }
   }
+}
 
+void RetainedBlock::add_update(const AssemblyTree& tree, const double* update) {
+  const auto rows = tree.rows_below(tree.front.back());
+  for (std::size_t j = 0; j < rows.size(); ++j) {
+    for (std::size_t i = j; i < rows.size(); ++i) {
+      const std::int32_t row = rank_[at(tree.unknown[at(rows[i] - 1)])];
+      const std::int32_t column = rank_[at(tree.unknown[at(rows[j] - 1)])];
+      sum_.lower[place(sum_.order, row, column)] += *update++;
+    }
+  }
+}
+
+CondensedStiffness condense(const SymmetricMatrix& stiffness, std::span<const std::int32_t> retained) {
+  RetainedBlock block(stiffness, retained);
   const AssemblyTree tree = plan_keeping(stiffness, retained);
   const Front& last = tree.front.back();
   const Elimination elimination = eliminate(tree, stiffness, positive_definite_rule(stiffness.order),
                                             [&](const Front& front, const double* packed) {
-                                              if (&front != &last) {
-                                                return;
-                                              }
-                                              const double* update = packed + front.factor_entries();
-                                              const auto rows = tree.rows_below(front);
-                                              for (std::size_t j = 0; j < rows.size(); ++j) {
-                                                for (std::size_t i = j; i < rows.size(); ++i) {
-                                                  const std::int32_t row = rank[at(tree.unknown[at(rows[i] - 1)])];
-                                                  const std::int32_t column = rank[at(tree.unknown[at(rows[j] - 1)])];
-                                                  result.lower[place(result.order, row, column)] += *update++;
-                                                }
+                                              if (&front == &last) {
+                                                block.add_update(tree, packed + front.factor_entries());
                                               }
                                             });
   if (elimination.refusal) {
@@ -65,6 +68,7 @@ CondensedStiffness condense(const SymmetricMatrix& stiffness, std::span<const st
     throw PivotRefused(refusal.equation, refusal.status, refusal.value, 0.0);
   }
 
+  CondensedStiffness result = std::move(block.sum());
   result.factor = summary(tree);
   result.factor.operations = static_cast<double>(elimination.operations);
   result.factor.smallest_ratio = elimination.smallest_ratio;

@@ -61,7 +61,7 @@ class FrontWalk {
         local_(at(tree.order())),
         front_(at(Front::packed(tree.largest_front))),
         stack_(at(tree.stack_entries)) {
-    for (std::int32_t i = 0; i < tree.order(); ++i) {
+    for (std::int32_t i = 0; i < matrix.order; ++i) {
       // The sign must be the pivot's own, and a ratio to zero would say nothing.
       const double d = std::abs(matrix.value[at(matrix.row_end[at(i) + 1] - 1)]);
       initial_[at(tree.position[at(i)])] = d != 0.0 ? d : 1.0;

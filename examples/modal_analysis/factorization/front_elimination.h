@@ -48,7 +48,8 @@ struct Elimination {
 // pivots on the diagonals of the first columns, multipliers below them.
 using TakeFront = std::function<void(const Front& front, const double* packed)>;
 
-// matrix: its pattern must lie within the pattern that the tree was made for. Stops at the first refusal.
+// matrix: its pattern must lie within the pattern that the tree was made for. Where the tree keeps the last unknowns,
+// the matrix may end before them. Stops at the first refusal.
 Elimination eliminate(const AssemblyTree& tree, const SymmetricMatrix& matrix, const PivotRule& rule,
                       const TakeFront& take);
 

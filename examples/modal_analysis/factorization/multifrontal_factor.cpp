@@ -39,10 +39,12 @@ std::int64_t rectangle(const Front& front) {
 
 }  // namespace
 
-MultifrontalFactor::MultifrontalFactor(const AssemblyTree& tree) : tree_(tree) {
+MultifrontalFactor::MultifrontalFactor(const AssemblyTree& tree) : tree_(tree), from_(tree.unknown) {
   for (const Front& front : tree.front) {
     factor_size_ += rectangle(front);
+    eliminated_ += front.pivots;
   }
+  std::transform(from_.begin(), from_.end(), from_.begin(), [](std::int32_t i) { return i + 1; });
 }
 
 Elimination MultifrontalFactor::factorize(const SymmetricMatrix& matrix, const PivotRule& rule, const Report& report) {
@@ -59,34 +61,84 @@ Elimination MultifrontalFactor::factorize(const SymmetricMatrix& matrix, const P
         next[std::int64_t{i} * n + j] = column[i];
       }
     }
+    if (front.pivots == 0) {
+      kept_update_.assign(packed, packed + front.update_entries());
+    }
     next += rectangle(front);
     report(++done, static_cast<double>(tree_.front.size()));
   });
 }
 
-void MultifrontalFactor::solve(std::int32_t columns, double* x) const {
-  const std::int32_t n = tree_.order();
-  Array<double> permuted(at(n) * at(columns));
-  Array<std::int32_t> from(at(n));
-  std::transform(tree_.unknown.begin(), tree_.unknown.end(), from.begin(), [](std::int32_t i) { return i + 1; });
-  for (std::int32_t c = 0; c < columns; ++c) {
-    e_dgthr(&n, x + std::int64_t{c} * n, permuted.data() + std::int64_t{c} * n, from.data());
+void MultifrontalFactor::load(std::int32_t first, std::int32_t end, std::int32_t columns, const double* x,
+                              std::int32_t ldx, double* permuted) const {
+  const std::int32_t count = end - first;
+  for (std::int64_t c = 0; c < columns; ++c) {
+    e_dgthr(&count, x + c * ldx, permuted + c * tree_.order() + first, from_.data() + first);
   }
+}
 
+void MultifrontalFactor::store(std::int32_t first, std::int32_t end, std::int32_t columns, const double* permuted,
+                               double* x, std::int32_t ldx) const {
+  const std::int32_t count = end - first;
+  for (std::int64_t c = 0; c < columns; ++c) {
+    e_dsctr(&count, permuted + c * tree_.order() + first, from_.data() + first, x + c * ldx);
+  }
+}
+
+void MultifrontalFactor::clear(std::int32_t first, std::int32_t end, std::int32_t columns, double* permuted) const {
+  for (std::int64_t c = 0; c < columns; ++c) {
+    std::fill(permuted + c * tree_.order() + first, permuted + c * tree_.order() + end, 0.0);
+  }
+}
+
+void MultifrontalFactor::all_forward(std::int32_t columns, double* permuted) const {
   Array<double> work(at(tree_.largest_front) * at(columns));
   const double* factor = factor_.data();
   for (const Front& front : tree_.front) {
-    forward(front, factor, columns, permuted.data(), work.data());
-    factor += rectangle(front);
+    if (front.pivots > 0) {
+      forward(front, factor, columns, permuted, work.data());
+      factor += rectangle(front);
+    }
   }
-  for (auto front = tree_.front.rbegin(); front != tree_.front.rend(); ++front) {
-    factor -= rectangle(*front);
-    backward(*front, factor, columns, permuted.data(), work.data());
-  }
+}
 
-  for (std::int32_t c = 0; c < columns; ++c) {
-    e_dsctr(&n, permuted.data() + std::int64_t{c} * n, from.data(), x + std::int64_t{c} * n);
+void MultifrontalFactor::all_backward(std::int32_t columns, double* permuted) const {
+  Array<double> work(at(tree_.largest_front) * at(columns));
+  const double* factor = factor_.data() + factor_size_;
+  for (auto front = tree_.front.rbegin(); front != tree_.front.rend(); ++front) {
+    if (front->pivots > 0) {
+      factor -= rectangle(*front);
+      backward(*front, factor, columns, permuted, work.data());
+    }
   }
+}
+
+void MultifrontalFactor::solve(std::int32_t columns, double* x) const {
+  const std::int32_t n = tree_.order();
+  Array<double> permuted(at(n) * at(columns));
+  load(0, eliminated_, columns, x, eliminated_, permuted.data());
+  clear(eliminated_, n, columns, permuted.data());
+  all_forward(columns, permuted.data());
+  clear(eliminated_, n, columns, permuted.data());
+  all_backward(columns, permuted.data());
+  store(0, eliminated_, columns, permuted.data(), x, eliminated_);
+}
+
+void MultifrontalFactor::extend(std::int32_t columns, double* x) const {
+  const std::int32_t n = tree_.order();
+  Array<double> permuted(at(n) * at(columns));
+  load(eliminated_, n, columns, x, n, permuted.data());
+  clear(0, eliminated_, columns, permuted.data());
+  all_backward(columns, permuted.data());
+  store(0, eliminated_, columns, permuted.data(), x, n);
+}
+
+void MultifrontalFactor::condense(std::int32_t columns, double* x) const {
+  const std::int32_t n = tree_.order();
+  Array<double> permuted(at(n) * at(columns));
+  load(0, n, columns, x, n, permuted.data());
+  all_forward(columns, permuted.data());
+  store(eliminated_, n, columns, permuted.data(), x, n);
 }
 
 // X1 := L11⁻¹·X1, X2 := X2 − L21·X1, then X1 := D⁻¹·X1. Untransposed products go to a work array and are subtracted

@@ -40,10 +40,10 @@ void remove_folders(const fs::path& path, const fs::path& topmost) {
 
 OutputFolder::OutputFolder(const std::string& path) : path_(path) {
   suffix_ = ".part" + std::to_string(std::random_device{}());  // two runs into one folder do not share it
-  made_ = first_missing(fs::path(path)).string();
+  made_ = first_missing(path_);
   std::error_code error;
-  fs::create_directories(path, error);
-  const std::string probe = (fs::path(path) / ("modes" + suffix_)).string();
+  fs::create_directories(path_, error);
+  const fs::path probe = path_ / ("modes" + suffix_);
   if (!error) {
     std::ofstream(probe).close();
   }
@@ -65,8 +65,7 @@ OutputFolder::~OutputFolder() {
 }
 
 void OutputFolder::write(const std::string& name, const std::function<void(std::ostream&)>& content) {
-  const fs::path folder(path_);
-  pending_.push_back({(folder / (name + suffix_)).string(), (folder / name).string()});
+  pending_.push_back({path_ / (name + suffix_), path_ / name});
   std::ofstream file(pending_.back().temporary, std::ios::binary);
   content(file);
   file.close();
@@ -86,8 +85,8 @@ void OutputFolder::publish() {
   }
 }
 
-void OutputFolder::refuse(const std::string& file) const {
-  throw InputError(file + ": the file cannot be written");
+void OutputFolder::refuse(const fs::path& file) const {
+  throw InputError(file.string() + ": the file cannot be written");
 }
 
 }  // namespace modal

@@ -2,6 +2,7 @@
 // A folder for result files, each of which appears complete or not at all.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -25,14 +26,14 @@ class OutputFolder {
 
  private:
   struct Pending {
-    std::string temporary;
-    std::string final;
+    std::filesystem::path temporary;
+    std::filesystem::path final;
   };
-  [[noreturn]] void refuse(const std::string& file) const;
+  [[noreturn]] void refuse(const std::filesystem::path& file) const;
 
-  std::string path_;
+  std::filesystem::path path_;
   std::string suffix_;
-  std::string made_;  // the topmost folder that the constructor made; empty when all were there
+  std::filesystem::path made_;  // the topmost folder that the constructor made; empty when all were there
   std::vector<Pending> pending_;
 };
 

@@ -33,7 +33,7 @@ constexpr std::array<ElementType, 4> known_types{{{1, 2}, {8, 3}, {15, 1}, {eigh
 
 class Reader {
  public:
-  explicit Reader(const std::string& path) : lines_(path) {}
+  Reader(const std::string& path, Support support) : lines_(path), support_(support) {}
 
   Mesh read() {
     read_format();
@@ -284,7 +284,7 @@ class Reader {
         clamped.push_back(clamped_[i]);
       }
     }
-    if (std::find(clamped.begin(), clamped.end(), true) == clamped.end()) {
+    if (support_ == Support::required && std::find(clamped.begin(), clamped.end(), true) == clamped.end()) {
       lines_.fault(
           "the file ends, and no node is clamped: name the physical points or curves of the support \"clamped\"");
     }
@@ -302,6 +302,7 @@ class Reader {
   }
 
   TextLines lines_;
+  Support support_;
   std::set<Entity> clamped_group_;
   std::set<Entity> clamped_entity_;
   std::unordered_map<std::int64_t, std::int32_t> number_of_tag_;
@@ -311,8 +312,8 @@ class Reader {
 
 }  // namespace
 
-Mesh read_gmsh_mesh(const std::string& path) {
-  return Reader(path).read();
+Mesh read_gmsh_mesh(const std::string& path, Support support) {
+  return Reader(path, support).read();
 }
 
 }  // namespace modal

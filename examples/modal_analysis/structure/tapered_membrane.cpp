@@ -6,6 +6,7 @@
 // apart in the structure.
 #include "structure/tapered_membrane.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -41,8 +42,8 @@ class NodeNumbers {
   int odd_;
 };
 
-// The part between two cross sections.
-Mesh membrane_part(double from, double to, int nx, int ny) {
+// The piece between two cross sections.
+Mesh membrane_piece(double from, double to, int nx, int ny) {
   Mesh mesh;
   for (int c = 0; c <= 2 * nx; ++c) {
     const double x = from + (to - from) * c / (2 * nx);
@@ -61,21 +62,17 @@ Mesh membrane_part(double from, double to, int nx, int ny) {
   return mesh;
 }
 
-// The parts have as equal shares of the columns as there can be.
-Mesh membrane_mesh(int nx, int ny, int parts) {
-  if (parts == 1) {
-    return membrane_part(0.0, length, nx, ny);
+void number_cantilever(Mesh& mesh) {
+  std::vector<bool> clamped;
+  for (const auto& node : mesh.node) {
+    clamped.push_back(node[0] == 0.0);
   }
-  std::vector<Mesh> part;
-  for (int p = 0, first = 0; p < parts; ++p) {
-    const int columns = nx / parts + (p < nx % parts ? 1 : 0);
-    part.push_back(membrane_part(length * first / nx, length * (first + columns) / nx, columns, ny));
-    first += columns;
-  }
-  return joined_parts(part);
+  number_unknowns(mesh, clamped);
 }
 
-Structure assembled(std::string title, Mesh numbered) {
+}  // namespace
+
+Structure membrane_structure(std::string title, Mesh numbered) {
   Structure structure;
   structure.title = std::move(title);
   structure.mesh = std::move(numbered);
@@ -102,28 +99,47 @@ Structure assembled(std::string title, Mesh numbered) {
   return structure;
 }
 
-}  // namespace
+std::string tapered_membrane_title(int nx, int ny, int parts) {
+  return "NAFEMS FV32, cantilevered tapered membrane, " + std::to_string(nx) + " x " + std::to_string(ny) +
+         " eight-node quadrilaterals" + (parts == 1 ? "" : " in " + std::to_string(parts) + " parts");
+}
+
+Mesh tapered_membrane_part(int nx, int ny, int parts, int part) {
+  const int share = nx / parts;
+  const int larger = nx % parts;  // the first so many parts have one column more
+  const int first = part * share + std::min(part, larger);
+  const int columns = share + (part < larger ? 1 : 0);
+  Mesh mesh = membrane_piece(length * first / nx, length * (first + columns) / nx, columns, ny);
+  number_cantilever(mesh);
+  return mesh;
+}
 
 Structure tapered_membrane(int nx, int ny, int parts) {
-  Mesh mesh = membrane_mesh(nx, ny, parts);
-  std::vector<bool> clamped;
-  for (const auto& node : mesh.node) {
-    clamped.push_back(node[0] == 0.0);
+  Mesh mesh;
+  if (parts == 1) {
+    mesh = tapered_membrane_part(nx, ny, 1, 0);
+  } else {
+    std::vector<Mesh> part;
+    for (int p = 0; p < parts; ++p) {
+      part.push_back(tapered_membrane_part(nx, ny, parts, p));
+    }
+    mesh = joined_parts(part);
+    number_cantilever(mesh);
   }
-  number_unknowns(mesh, clamped);
-  const std::string joined = parts == 1 ? "" : " in " + std::to_string(parts) + " parts";
-  Structure structure = assembled("NAFEMS FV32, cantilevered tapered membrane, " + std::to_string(nx) + " x " +
-                                      std::to_string(ny) + " eight-node quadrilaterals" + joined,
-                                  std::move(mesh));
-  structure.published_frequency.assign(published_frequency.begin(), published_frequency.end());
+  Structure structure = membrane_structure(tapered_membrane_title(nx, ny, parts), std::move(mesh));
+  structure.published_frequency = tapered_membrane_frequencies();
   return structure;
+}
+
+std::vector<double> tapered_membrane_frequencies() {
+  return {published_frequency.begin(), published_frequency.end()};
 }
 
 Structure gmsh_membrane(const std::string& path) {
   Mesh mesh = read_gmsh_mesh(path);
   const std::string title =
       "steel membrane from " + path + ", " + std::to_string(mesh.element.size()) + " eight-node quadrilaterals";
-  return assembled(title, std::move(mesh));
+  return membrane_structure(title, std::move(mesh));
 }
 
 }  // namespace modal

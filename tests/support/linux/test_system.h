@@ -135,7 +135,8 @@ inline bool is_library_loaded(const std::string& name) {
   return library != nullptr;
 }
 
-// Runs a program in a folder, "NAME=value" before it, arguments as for a shell. Its exit status; -1 for a violent end.
+// Runs a program in a folder, "NAME=value ..." before it, arguments as for a shell. Its exit status; -1 for a violent
+// end.
 inline int run_program(const std::string& folder, const std::string& environment, const std::string& program,
                        const std::string& arguments, const std::string& out, const std::string& err) {
   const std::string command = "cd '" + folder + "' && " + environment + " '" + program + "' " + arguments + " >" + out +

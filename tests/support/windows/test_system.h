@@ -14,7 +14,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace zortest {
 
@@ -155,10 +157,11 @@ inline int run_program(const std::string& folder, const std::string& environment
   for (std::size_t at = 0; (at = command.find("''", at)) != std::string::npos; at += 2) {
     command.replace(at, 2, "\"\"");
   }
-  const std::size_t equals = environment.find('=');
-  const std::string name = environment.substr(0, equals == std::string::npos ? 0 : equals);
-  if (!name.empty()) {
-    set_variable(name, environment.substr(equals + 1));
+  std::vector<std::string> names;
+  std::istringstream assignments(environment);
+  for (std::string assignment; assignments >> assignment;) {
+    names.push_back(assignment.substr(0, assignment.find('=')));
+    set_variable(names.back(), assignment.substr(names.back().size() + 1));
   }
   STARTUPINFOA start{};
   start.cb = sizeof start;
@@ -178,7 +181,7 @@ inline int run_program(const std::string& folder, const std::string& environment
   for (const HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
     CloseHandle(handle);
   }
-  if (!name.empty()) {
+  for (const std::string& name : names) {
     remove_variable(name);
   }
   return static_cast<int>(status);

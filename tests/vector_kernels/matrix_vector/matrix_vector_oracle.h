@@ -162,4 +162,24 @@ inline void cut_product(Product& p, bool plain) {
   }
 }
 
+// With something to do: what alpha = 0 leaves of the product, or all of it.
+inline void scaled_or_cut(Product& p, bool plain) {
+  if (p.alpha != 0) {
+    cut_product(p, plain);
+    return;
+  }
+  for (int i = 0; i < (plain ? p.m : p.n); ++i) {
+    double& y = p.y[place(i, plain ? p.m : p.n, p.incy)];
+    y = p.beta == 0 ? 0 : p.beta * y;
+  }
+}
+
+inline void scaled_or_general(Product& p, bool plain) {
+  if (p.alpha == 0) {
+    scaled_or_cut(p, plain);
+  } else {
+    general_product(p, plain);
+  }
+}
+
 }  // namespace zortest

@@ -28,25 +28,6 @@ auto with_option(Routine& routine, const char* option) {
   };
 }
 
-void scaled_or_cut(Product& p, bool plain) {
-  if (p.alpha != 0) {
-    cut_product(p, plain);
-    return;
-  }
-  for (int i = 0; i < (plain ? p.m : p.n); ++i) {
-    double& y = p.y[place(i, plain ? p.m : p.n, p.incy)];
-    y = p.beta == 0 ? 0 : p.beta * y;
-  }
-}
-
-void scaled_or_general(Product& p, bool plain) {
-  if (p.alpha == 0) {
-    scaled_or_cut(p, plain);
-  } else {
-    general_product(p, plain);
-  }
-}
-
 std::vector<Routine> routines() {
   const std::vector<int> forward = {1, 2, 3};
   const std::vector<int> forward_or_none = {1, 2, 3, 0};

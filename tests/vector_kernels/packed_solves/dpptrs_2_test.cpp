@@ -5,39 +5,10 @@
 #include "ZORTAVMatrixUtilities.h"
 #include "ZORTAVPackedSolves.h"
 #include "support/numbers.h"
+#include "vector_kernels/packed_solves/packed_oracle.h"
 
 namespace zortest {
 namespace {
-
-std::size_t at(std::size_t i, std::size_t j) {
-  return i + j * (j + 1) / 2;
-}
-
-std::vector<double> random_factor(Random& random, std::size_t n) {
-  const double size = 1.0 / static_cast<double>(n);
-  std::vector<double> u = random.vector(n * (n + 1) / 2, -size, size);
-  for (std::size_t j = 0; j < n; ++j) {
-    u[at(j, j)] = random.uniform(0.5, 2);
-  }
-  return u;
-}
-
-std::vector<double> solved(const std::vector<double>& u, std::vector<double> b) {
-  const std::size_t n = b.size();
-  for (std::size_t j = 0; j < n; ++j) {
-    for (std::size_t i = 0; i < j; ++i) {
-      b[j] -= b[i] * u[at(i, j)];
-    }
-    b[j] /= u[at(j, j)];
-  }
-  for (std::size_t j = n; j-- > 0;) {
-    b[j] /= u[at(j, j)];
-    for (std::size_t i = 0; i < j; ++i) {
-      b[i] -= b[j] * u[at(i, j)];
-    }
-  }
-  return b;
-}
 
 // Columns of B |ldb| apart, the first one last for a negative ldb.
 void expect_solutions(Random& random, std::size_t n, int32_t nrhs, int32_t ldb) {

@@ -5,55 +5,10 @@
 
 #include "ZORTAVPackedSolves.h"
 #include "support/numbers.h"
+#include "vector_kernels/packed_solves/packed_oracle.h"
 
 namespace zortest {
 namespace {
-
-// The position of T(i,j), all counted from 1.
-std::size_t position(bool upper, int n, int i, int j) {
-  return static_cast<std::size_t>(upper ? i + j * (j - 1) / 2 : i + (j - 1) * (2 * n - j) / 2);
-}
-
-struct Triangle {
-  bool upper;
-  bool transposed;
-  bool unit;
-  int n;
-  std::vector<double> ap;
-
-  double operator()(int i, int j) const { return ap[position(upper, n, i, j) - 1]; }
-};
-
-// Well-conditioned, so that nothing overflows; a unit diagonal is not to be read.
-Triangle random_triangle(Random& random, int shape, int n) {
-  Triangle t{(shape & 1) != 0, (shape & 2) != 0, (shape & 4) != 0, n, {}};
-  t.ap = random.vector(static_cast<std::size_t>(n) * static_cast<std::size_t>(n + 1) / 2, -1.0 / n, 1.0 / n);
-  for (int j = 1; j <= n; ++j) {
-    t.ap[position(t.upper, n, j, j) - 1] = t.unit ? nan : random.uniform(0.5, 2);
-  }
-  return t;
-}
-
-// The published loops, on x(1)..x(n).
-std::vector<double> solved(const Triangle& t, std::vector<double> b) {
-  const auto x = [&b](int i) -> double& { return b[static_cast<std::size_t>(i - 1)]; };
-  const bool forward = t.upper == t.transposed;
-  for (int step = 1; step <= t.n; ++step) {
-    const int j = forward ? step : t.n + 1 - step;
-    if (t.transposed) {
-      for (int i = t.upper ? 1 : t.n; i != j; i += t.upper ? 1 : -1) {
-        x(j) -= t(i, j) * x(i);
-      }
-      x(j) = t.unit ? x(j) : x(j) / t(j, j);
-    } else if (x(j) != 0) {
-      x(j) = t.unit ? x(j) : x(j) / t(j, j);
-      for (int i = t.upper ? 1 : j + 1; i <= (t.upper ? j - 1 : t.n); ++i) {
-        x(i) -= x(j) * t(i, j);
-      }
-    }
-  }
-  return b;
-}
 
 void run(const Triangle& t, double* x, int32_t incx) {
   e_dtpsv(t.upper ? "U" : "L", t.transposed ? "T" : "N", t.unit ? "U" : "N", &t.n, t.ap.data(), x, &incx);

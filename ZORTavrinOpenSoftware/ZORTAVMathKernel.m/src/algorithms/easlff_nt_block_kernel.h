@@ -35,26 +35,34 @@ struct BlockHead {
   double t;
 };
 
-// Examines the pivot at position `at` (from 0). A refused one leaves positions at+1 .. clear_to-1 cleared.
-inline bool accept_pivot(double* a, std::int64_t at, std::int64_t clear_to, PivotTest& test) {
+// Examines the next equation's pivot. A refused one has to leave `left` in its place.
+inline bool passes(double pivot, PivotTest& test, double& left) {
   test.equation = test.equation + 1;
-  const double pivot = a[at];
   const double magnitude = pivot < 0 ? -pivot : pivot;
-  double left = pivot;
+  left = pivot;
   if (test.smallest > magnitude) {
     test.status = status_pivot_too_small;
     test.ratio_minimum = pivot;
-  } else {
-    const double ratio = pivot / test.initial_diagonal[test.equation - 1];
-    if (!(ratio >= test.ratio_minimum)) {  // also when either is not a number
-      test.ratio_minimum = ratio;
-    }
-    if (!(test.smallest_ratio >= ratio)) {
-      test.accepted = test.accepted + 1;
-      return true;
-    }
+    return false;
+  }
+  const double ratio = pivot / test.initial_diagonal[test.equation - 1];
+  if (!(ratio >= test.ratio_minimum)) {  // also when either is not a number
+    test.ratio_minimum = ratio;
+  }
+  if (test.smallest_ratio >= ratio) {
     test.status = status_ratio_too_small;
     left = ratio;
+    return false;
+  }
+  test.accepted = test.accepted + 1;
+  return true;
+}
+
+// Examines the pivot at position `at` (from 0). A refused one leaves positions at+1 .. clear_to-1 cleared.
+inline bool accept_pivot(double* a, std::int64_t at, std::int64_t clear_to, PivotTest& test) {
+  double left = 0;
+  if (passes(a[at], test, left)) {
+    return true;
   }
   if (at + 1 < clear_to) {
     std::memset(a + at + 1, 0, static_cast<std::size_t>(clear_to - at - 1) * sizeof *a);
@@ -118,13 +126,11 @@ inline void scale_rows(const Front& f, std::int64_t k, const BlockHead& head) {
   }
 }
 
-// The last diagonal of an odd trailing order as one or two leftover pivots update it.
-template <int Pivots>
-inline double last_diagonal(const Front& f, std::int64_t k, const BlockHead& head, double a) {
-  static_assert(Pivots < block_pivots);
-  for (int p = 0; p < Pivots; ++p) {
+// The last diagonal of an odd trailing order as leftover pivots k .. k+count-1 with the values d update it.
+inline double last_diagonal(const Front& f, std::int64_t k, std::int64_t count, const double* d, double a) {
+  for (std::int64_t p = 0; p < count; ++p) {
     const double l = f.column(k + p)[f.n - 1];
-    a = a - (l * l) * head.d[p];
+    a = a - (l * l) * d[p];
   }
   return a;
 }
@@ -156,7 +162,7 @@ inline void update_trailing(const Front& f, std::int64_t k, const BlockHead& hea
   if constexpr (Pivots < block_pivots) {
     if (own_last) {
       double* const last = f.column(f.n - 1) + (f.n - 1);
-      *last = last_diagonal<Pivots>(f, k, head, *last);
+      *last = last_diagonal(f, k, Pivots, head.d, *last);
     }
   }
 }
@@ -171,17 +177,15 @@ inline bool eliminate_block(const Front& f, std::int64_t k, std::int64_t clear_t
   return true;
 }
 
-// Eliminates the first m equations, one sweep over the front per block. False when a pivot was refused. Where `kept` is
-// given, what each block's steps keep goes there.
-inline bool eliminate_blocks(const Front& f, std::int64_t m, std::int64_t clear_to, PivotTest& test, BlockHead* kept) {
-  BlockHead own;
+// Eliminates the first m equations, one sweep over the front per block. False when a pivot was refused.
+inline bool eliminate_blocks(const Front& f, std::int64_t m, std::int64_t clear_to, PivotTest& test) {
+  BlockHead head;
   std::int64_t k = 0;
   for (; m - k >= block_pivots; k += block_pivots) {
-    if (!eliminate_block<3>(f, k, clear_to, test, kept != nullptr ? kept[k / block_pivots] : own)) {
+    if (!eliminate_block<3>(f, k, clear_to, test, head)) {
       return false;
     }
   }
-  BlockHead& head = kept != nullptr ? kept[k / block_pivots] : own;
   switch (m - k) {
     case 2:
       return eliminate_block<2>(f, k, clear_to, test, head);

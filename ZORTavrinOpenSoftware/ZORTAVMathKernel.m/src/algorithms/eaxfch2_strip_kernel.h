@@ -93,11 +93,14 @@ class RowStrip {
     const Tag d;
     for (std::int64_t k = begin; k < end; k += 2) {
       Vec x[Parts];
+#pragma GCC unroll 2
       for (int v = 0; v < Parts; ++v) {
         x[v] = element(k, part + v);
       }
+#pragma GCC unroll 8
       for (int c = 0; c < Columns; ++c) {
         const Vec l = hn::Set(d, row[c][k * Step]);
+#pragma GCC unroll 2
         for (int v = 0; v < Parts; ++v) {
           t[v][c] = hn::Add(t[v][c], hn::Mul(x[v], l));
         }
@@ -113,7 +116,9 @@ class RowStrip {
     }
     const Tag d;
     Vec second[Parts][Columns];
+#pragma GCC unroll 2
     for (int v = 0; v < Parts; ++v) {
+#pragma GCC unroll 8
       for (int c = 0; c < Columns; ++c) {
         second[v][c] = hn::Zero(d);
       }
@@ -127,7 +132,9 @@ class RowStrip {
       add_every_other<Columns, Step, Parts>(0, whole, part, row, t);
       add_every_other<Columns, Step, Parts>(1, whole, part, row, second);
     }
+#pragma GCC unroll 2
     for (int v = 0; v < Parts; ++v) {
+#pragma GCC unroll 8
       for (int c = 0; c < Columns; ++c) {
         t[v][c] = hn::Add(t[v][c], second[v][c]);
       }
@@ -163,14 +170,18 @@ class RowStrip {
     for (int part = 0; part < parts; part += pass_parts) {
       for (std::int64_t first = 0; first < columns; first += at_once) {
         Vec t[pass_parts][at_once];
+#pragma GCC unroll 2
         for (int v = 0; v < pass_parts; ++v) {
+#pragma GCC unroll 8
           for (int c = 0; c < at_once; ++c) {
             t[v][c] = hn::Neg(element(j0 + first + c, part + v));
           }
         }
         add_whole_eights<at_once, 1, pass_parts>(whole, part, row + first, t);
+#pragma GCC unroll 8
         for (int c = 0; c < at_once; ++c) {
           const std::int64_t j = j0 + first + c;
+#pragma GCC unroll 2
           for (int v = 0; v < pass_parts; ++v) {
             finish<1>(j, whole, part + v, row[first + c], row[first + c][j], t[v][c], begin_ - base_);
           }

@@ -59,16 +59,25 @@ UpcomingColumns columns_of_a(const Pass& pass, std::ptrdiff_t block) {
                        : UpcomingColumns{x.a + i0 + pass.l0 * x.lda, x.lda, pass.depth, rows};
 }
 
+// Rows that are gathered only once come straight from A: packed first, they would be copied twice.
+bool skips_packing(const Pass& pass) {
+  return pass.columns <= product_chunk_columns;
+}
+
 void run_row_block(const Pass& pass, std::ptrdiff_t block, double* p) {
   const Product& x = pass.product;
   const std::ptrdiff_t i0 = block * product_row_block;
   const std::ptrdiff_t rows = std::min(x.m - i0, product_row_block);
-  const auto pack = x.transpose_a ? pass.kernels.pack_along : pass.kernels.pack_across;
-  pack(rows, pass.depth, pass.alpha_in_p, columns_of_a(pass, block).first, x.lda, p);
+  RowSource a{columns_of_a(pass, block).first, x.lda, x.transpose_a, pass.alpha_in_p};
+  if (!skips_packing(pass)) {
+    const auto pack = x.transpose_a ? pass.kernels.pack_along : pass.kernels.pack_across;
+    pack(rows, pass.depth, a.factor, a.first, a.stride, p);
+    a = {p, product_run, true, 1.0};
+  }
   pass.kernels.update_row_block({.rows = rows,
                                  .columns = pass.columns,
                                  .depth = pass.depth,
-                                 .p = p,
+                                 .a = a,
                                  .b = pass.b,
                                  .ldb = pass.ldb,
                                  .beta = pass.beta,
@@ -135,11 +144,27 @@ void product_b_packed(const Product& x, const ProductKernelTable& kernels, Team 
                 });
 }
 
+// One row block, one chunk of columns of B and one depth block: nothing to pack, to divide or to fetch ahead.
+bool is_small(const Product& x) {
+  return !x.transpose_b && x.m <= product_row_block && x.n <= product_chunk_columns && x.k <= product_depth_block;
+}
+
 }  // namespace
 
 void blocked_product(const Product& product, Team team) {
   const ProductKernelTable& kernels = product_kernels();
-  if (product.transpose_b) {
+  if (is_small(product)) {
+    kernels.update_row_block({.rows = product.m,
+                              .columns = product.n,
+                              .depth = product.k,
+                              .a = {product.a, product.lda, product.transpose_a, product.alpha},
+                              .b = product.b,
+                              .ldb = product.ldb,
+                              .beta = product.beta,
+                              .c = product.c,
+                              .ldc = product.ldc,
+                              .upcoming = {}});
+  } else if (product.transpose_b) {
     product_b_packed(product, kernels, team);
   } else {
     product_b_in_place(product, kernels, team);

@@ -12,10 +12,8 @@ void eaunle(const int32_t* ncol, const int32_t* nrow, const int32_t* /*reserved*
   const std::int64_t columns = *ncol;
   const std::int64_t rows = *nrow;
   std::fill_n(ptr_t, columns + 1, 0);
-  for (std::int64_t i = 0; i < rows; ++i) {
-    for (std::int64_t p = ptr_a[i]; p < ptr_a[i + 1]; ++p) {
-      ++ptr_t[idx_a[p]];
-    }
+  for (std::int64_t p = 0; p < ptr_a[rows]; ++p) {
+    ++ptr_t[idx_a[p]];
   }
   // The slot of a column holds the entries before it; filling moves it on to the column's last position.
   std::int32_t before = 0;

@@ -13,8 +13,23 @@ inline constexpr std::ptrdiff_t product_depth_block = 248;
 inline constexpr std::ptrdiff_t product_column_block = 1024;
 inline constexpr std::ptrdiff_t product_column_block_transposed = 96;
 
+// Columns of B that stay in the second-level cache while the rows of a block pass.
+inline constexpr std::ptrdiff_t product_chunk_columns = 192;
+
 // Both packing buffers hold runs of up to product_depth_block values.
 inline constexpr std::ptrdiff_t product_run = product_depth_block;
+
+// Rows of op(A), times a factor: where A stands or packed.
+struct RowSource {
+  const double* first;
+  std::ptrdiff_t stride;
+  bool along_depth;  // element (i, l) at l + i·stride, as in a packed row block; else at i + l·stride
+  double factor;
+
+  RowSource from(std::ptrdiff_t row) const {
+    return {first + (along_depth ? row * stride : row), stride, along_depth, factor};
+  }
+};
 
 // Columns of a matrix that are packed next. They are fetched into the second-level cache while the block at hand is
 // computed: each pass reads A anew, and left to the packing it would come at the latency of memory.
@@ -25,13 +40,13 @@ struct UpcomingColumns {
   std::ptrdiff_t length = 0;
 };
 
-// C(i, j) := beta·C(i, j) + Σ P(l, i)·B(l, j) over l, for one row block and the columns of one pass.
+// C(i, j) := beta·C(i, j) + Σ a(i, l)·B(l, j) over l, for one row block and the columns of one pass.
 struct RowBlockUpdate {
   std::ptrdiff_t rows;     // 1..80
   std::ptrdiff_t columns;  // 1..1024
   std::ptrdiff_t depth;    // 1..248
-  const double* p;         // packed rows: P(l, i) at (l-1) + 248·(i-1)
-  const double* b;         // B(l, j) at (l-1) + ldb·(j-1); nothing beyond l = depth is read
+  RowSource a;
+  const double* b;  // B(l, j) at (l-1) + ldb·(j-1); nothing beyond l = depth is read
   std::ptrdiff_t ldb;
   double beta;  // 0 starts every element at exactly 0, whatever C held
   double* c;

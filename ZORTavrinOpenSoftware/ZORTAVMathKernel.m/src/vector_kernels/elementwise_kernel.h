@@ -63,18 +63,26 @@ HWY_INLINE void last_pieces(std::size_t i, std::size_t n, const Piece& piece) {
   }
 }
 
-// piece(d, i) for consecutive pieces of 0..n-1; a piece covers the lanes of d from element i. Long vectors are cut
-// where `written`, the array that is stored to, reaches the boundary of a register, if it can.
+// piece(d, i) for the elements before the one where `aligned`, one of the arrays, reaches the boundary of a register, if
+// n is large and it does; returns where that is.
+template <class Piece>
+HWY_INLINE std::size_t pieces_to_boundary(std::size_t n, const double* aligned, const Piece& piece) {
+  constexpr std::size_t lanes = hn::MaxLanes(Widest());
+  if (n >= worth_aligning) {
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(aligned);
+    if (address % sizeof(double) == 0) {
+      return first_pieces<lanes / 2>((0 - address / sizeof(double)) % lanes, piece);
+    }
+  }
+  return 0;
+}
+
+// piece(d, i) for consecutive pieces of 0..n-1; a piece covers the lanes of d from element i. `written` is the array
+// that is stored to.
 template <class Piece>
 HWY_INLINE void in_pieces(std::size_t n, const double* written, const Piece& piece) {
   constexpr std::size_t lanes = hn::MaxLanes(Widest());
-  std::size_t i = 0;
-  if (n >= worth_aligning) {
-    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(written);
-    if (address % sizeof(double) == 0) {
-      i = first_pieces<lanes / 2>((0 - address / sizeof(double)) % lanes, piece);
-    }
-  }
+  std::size_t i = pieces_to_boundary(n, written, piece);
   for (; i + 4 * lanes <= n; i += 4 * lanes) {
     for (std::size_t part = 0; part < 4; ++part) {
       piece(Widest(), i + part * lanes);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "services/listing/redirected_write.h"
 
+#include <cstdio>
+
 #include "ZORDescriptor.h"
 #include "ZORTAVListing.h"
 #include "ZORTavListingServices.h"
@@ -12,6 +14,7 @@ zortav::ListingRedirection::ListingRedirection() noexcept {
   }
   // What the stream still holds was meant for standard output.
   eyflsh();
+  failed_before_ = std::ferror(stdout) != 0;
   output_ = ZORGetOutputDescriptor();
   saved_ = ZORDuplicateDescriptor(output_);
   replaced_ = saved_ != -1 && ZORReplaceDescriptor(log, output_) == 0;
@@ -19,6 +22,9 @@ zortav::ListingRedirection::ListingRedirection() noexcept {
 
 zortav::ListingRedirection::~ListingRedirection() {
   if (replaced_) {
+    if (!failed_before_) {
+      std::clearerr(stdout);
+    }
     ZORReplaceDescriptor(saved_, output_);
   }
   if (saved_ != -1) {

@@ -11,7 +11,8 @@ namespace zortav {
 inline constexpr std::int32_t listing_level = 2;
 
 // While it lives, standard output leads into the solver log, if one is open. What others have written to the stream
-// before still goes to standard output. Where the descriptors are not to be had nothing is redirected.
+// before still goes to standard output. Where the descriptors are not to be had nothing is redirected. That the log could
+// not be written, on a full disk say, is not held against the stream afterwards.
 class ListingRedirection {
  public:
   ListingRedirection() noexcept;
@@ -23,6 +24,7 @@ class ListingRedirection {
   std::int32_t output_ = -1;
   std::int32_t saved_ = -1;
   bool replaced_ = false;
+  bool failed_before_ = false;
 };
 
 // One write into the listing: calls write() with standard output redirected and the channel at the listing's level.

@@ -10,13 +10,20 @@
 
 namespace zortav {
 
+// What else happens to the sum of the even columns: whether it starts at 0 here, whatever stands there, and whether it
+// is added to the other one here in the end, after which what stands there is of no use.
+struct SecondSum {
+  bool starts = false;
+  bool ends = false;
+};
+
 struct MatrixVectorKernelTable {
   // y(i) := (y(i) + a(i,1)·t(1)) + a(i,2)·t(2) + ..., i = 1..rows
   void (*add_columns)(std::size_t rows, std::size_t columns, const double* a, std::ptrdiff_t lda, const double* t,
                       double* y);
   // the same for 2·pairs columns, of which odd(i) takes the 1st, 3rd, ..., and even(i) the 2nd, 4th, ...
   void (*add_column_pairs)(std::size_t rows, std::size_t pairs, const double* a, std::ptrdiff_t lda, const double* t,
-                           double* odd, double* even);
+                           double* odd, double* even, SecondSum second);
   // lanes(1,j) := lanes(1,j) + a(1,j)·s(1) + a(3,j)·s(3) + ..., lanes(2,j) := lanes(2,j) + a(2,j)·s(2) + ...,
   // 2·pairs rows, j = 1..columns
   void (*add_row_pairs)(std::size_t pairs, std::size_t columns, const double* a, std::ptrdiff_t lda, const double* s,

@@ -50,12 +50,14 @@ void add_products(std::int64_t rows, std::int64_t n, const Columns& columns, con
   add_columns(0, order.peel);
   if (order.pairs > 0) {
     RowBlock second(columns.a);
-    std::fill_n(second.data(), rows, 0.0);
+    const double* const first = columns.a + order.peel * columns.lda;
+    std::int64_t left = order.pairs;
     for_column_blocks(columns, order.peel, order.paired_end(),
                       [&](std::size_t count, const double* a, const double* t) {
-                        kernels.add_column_pairs(row_count, count / 2, a, columns.lda, t, sums, second.data());
+                        left -= static_cast<std::int64_t>(count / 2);
+                        kernels.add_column_pairs(row_count, count / 2, a, columns.lda, t, sums, second.data(),
+                                                 {a == first, left == 0});
                       });
-    vector_kernels().daxpy(row_count, 1.0, second.data(), sums);
   }
   add_columns(order.paired_end(), n);
 }

@@ -1,0 +1,30 @@
+# SPDX-License-Identifier: MIT
+cmake_minimum_required(VERSION 3.25)
+
+# Runs a command; shows its output only when it fails.
+function(run)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE failure)
+  if(failure)
+    list(JOIN ARGN " " command)
+    message(FATAL_ERROR "${command}\n${output}")
+  endif()
+endfunction()
+
+# No package file under `prefix` names one of the other folders: the tree may be moved.
+function(expect_relocatable prefix)
+  file(GLOB_RECURSE texts ${prefix}/*.cmake ${prefix}/*.pc)
+  foreach(needed ZORTAVMathKernelConfig.cmake ZORTAVMathKernel.pc)
+    if(NOT "${texts}" MATCHES "/${needed}")
+      message(FATAL_ERROR "no ${needed} in ${prefix}")
+    endif()
+  endforeach()
+  foreach(text IN LISTS texts)
+    file(READ ${text} contents)
+    foreach(absolute IN LISTS ARGN)
+      string(FIND "${contents}" ${absolute} at)
+      if(NOT at EQUAL -1)
+        message(SEND_ERROR "${text} names ${absolute}: the tree cannot be moved")
+      endif()
+    endforeach()
+  endforeach()
+endfunction()

@@ -1,0 +1,32 @@
+# SPDX-License-Identifier: MIT
+# Runs one of the published test programs with the forwarding library before the reference, and reads its verdict.
+#   PROGRAM, INPUT (or empty), SUMMARY (its output file, or empty), FORWARDING, REFERENCE (folder of libblas.so.3),
+#   FOLDER (to run in), TESTED: the routines that must have come to this library, and which the program must have passed
+file(REMOVE_RECURSE ${FOLDER})
+file(MAKE_DIRECTORY ${FOLDER})
+set(ENV{LD_LIBRARY_PATH} ${REFERENCE})
+set(input)
+if(INPUT)
+  set(input INPUT_FILE ${INPUT})
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_PRELOAD=${FORWARDING} ${PROGRAM} ${input}
+                WORKING_DIRECTORY ${FOLDER} OUTPUT_VARIABLE text ERROR_VARIABLE counts RESULT_VARIABLE status)
+if(SUMMARY AND EXISTS ${FOLDER}/${SUMMARY})
+  file(READ ${FOLDER}/${SUMMARY} text)
+endif()
+message("${counts}")
+if(counts MATCHES "not offered")
+  return()
+endif()
+if(NOT status EQUAL 0 OR text MATCHES "FAIL|SUSPECT|ABANDONED")
+  message(FATAL_ERROR "${PROGRAM} (${status}):\n${text}")
+endif()
+foreach(routine ${TESTED})
+  string(TOLOWER ${routine} name)
+  if(NOT counts MATCHES "${name}_ ours [1-9]")
+    message(FATAL_ERROR "no call of ${name} came to the library")
+  endif()
+  if(NOT text MATCHES " ${routine}( +PASSED THE COMPUTATIONAL|[ \n-]*PASS)")
+    message(FATAL_ERROR "${routine} is not said to have passed:\n${text}")
+  endif()
+endforeach()
