@@ -78,8 +78,9 @@ ZORTAV_ENTRY void eaxetr(const int32_t* n, double* a, double* d, double* e);
  *
  * Every element of d, e and v is the result of the textbook loop, operation by operation: a rotation takes the
  * elements x, t of columns i and i + 1 to c·x − s·t and s·x + c·t, each product rounded. Rotations are collected on the
- * stack and applied several sweeps at a time: 19456 of them, or four sweeps up to order 4864. Up to that order, and when
- * the upper triangle of V is +0 on entry, the rotations of zeros that are still zeros are left out; their signs are kept.
+ * stack and applied several sweeps at a time: 19456 of them, or four sweeps up to order 4864; up to order 1200 half as
+ * many, while the next ones are computed. Up to order 4864, and when the upper triangle of V is +0 on entry, the
+ * rotations of zeros that are still zeros are left out; their signs are kept.
  *
  * Source: Dubrulle, Martin, Wilkinson, Handbook for Automatic Computation II, contribution II/4 (imtql2).
  */

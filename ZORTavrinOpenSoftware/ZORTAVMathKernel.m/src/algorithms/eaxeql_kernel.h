@@ -4,13 +4,16 @@
 // Four sweeps pass over the columns of V together, each one plane behind the one before it, so that an element is
 // loaded and stored once for four rotations. Groups of four follow each other as closely, a block of planes at a time:
 // what they work on is a window of columns that moves through V once a batch and stays in the first-level cache. No
-// element sees its operations in another order. Included by eigen_kernel_unit.cpp only.
+// element sees its operations in another order. Rotations of later sweeps are computed in between.
+// Included by eigen_kernel_unit.cpp only.
 #pragma once
 
 #include <hwy/cache_control.h>
 
 #include <cstddef>
+#include <utility>
 
+#include "algorithms/eaxeql_sweep_kernel.h"
 #include "algorithms/eigen_kernel_table.h"
 #include "algorithms/eigen_octet.h"
 #include "dispatch/kernel_unit.h"
@@ -32,18 +35,36 @@ constexpr std::size_t line_elements = 8;
 // Registers of rows that are rotated together: with four sweeps each of them takes five registers of the processor.
 constexpr std::size_t strip_registers = register_lanes == octet ? 4 : 2;
 
-// Rows of V; x is their first element in column 0, n the leading dimension.
-struct Columns {
+// Planes of a strip for one rotation that is computed in between: their multiplications alone take 64 cycles of two
+// units of 256 bits, its chain some 80.
+constexpr std::size_t planes_a_rotation = register_lanes == octet ? 1 : 4;
+
+// Rows of V: x is the first element of column 0, n the leading dimension.
+struct Rows {
   double* x;
   std::ptrdiff_t n;
+  std::ptrdiff_t count;
+  SweepSource& source;
   HWY_INLINE double* operator[](std::ptrdiff_t i) const { return x + i * n; }
+  HWY_INLINE void leave_out(std::ptrdiff_t done) {
+    x += done;
+    count -= done;
+  }
+};
+
+// Nothing to compute in between.
+struct NoRotations {
+  template <std::size_t Slot, std::size_t Slots>
+  HWY_INLINE void step() {}
+  HWY_INLINE void finish() {}
 };
 
 // Sweeps s = 0, 1, ... of which sweep s is at plane i + s: the planes i = high..low of the first one, for Wide
-// registers of rows. rotation[s] is what sweep s does in its first plane.
-template <class D, std::size_t Wide, std::size_t Sweeps>
-HWY_INLINE void rotate_strip(Columns v, const Rotation* const (&rotation)[Sweeps], std::ptrdiff_t high,
-                             std::ptrdiff_t low) {
+// registers of rows. rotation[s] is what sweep s does in its first plane. One rotation for so many Planes is computed
+// in between.
+template <class D, std::size_t Wide, std::size_t Sweeps, std::size_t Planes, class Between>
+HWY_INLINE void rotate_strip(const Rows& v, const Rotation* const (&rotation)[Sweeps], std::ptrdiff_t high,
+                             std::ptrdiff_t low, Between between) {
   constexpr D d;
   constexpr std::size_t lanes = hn::MaxLanes(d);
   using Vector = hn::Vec<D>;
@@ -55,7 +76,7 @@ HWY_INLINE void rotate_strip(Columns v, const Rotation* const (&rotation)[Sweeps
   }
   double* from = v[high];
   const std::ptrdiff_t count = high - low + 1;
-  for (std::ptrdiff_t k = 0; k < count; ++k) {
+  const auto plane = [&]<std::size_t Number>(std::ptrdiff_t k) __attribute__((always_inline)) {
     for (std::size_t at = 0; at < Wide * lanes; at += line_elements) {
       hwy::Prefetch(from - fetch_distance * v.n + at);
     }
@@ -63,23 +84,34 @@ HWY_INLINE void rotate_strip(Columns v, const Rotation* const (&rotation)[Sweeps
     for (std::size_t q = 0; q < Wide; ++q) {
       strip[q] = hn::LoadU(d, from + q * lanes);
     }
-#pragma GCC unroll 4
-    for (std::size_t s = 0; s < Sweeps; ++s) {
-      const Vector cosine = hn::Set(d, rotation[s][k].c);
-      const Vector sine = hn::Set(d, rotation[s][k].s);
+    const auto turn = [&]<std::size_t S>() __attribute__((always_inline)) {
+      between.template step<Number * Sweeps + S, Planes * Sweeps>();
+      const Vector cosine = hn::Set(d, rotation[S][k].c);
+      const Vector sine = hn::Set(d, rotation[S][k].s);
       for (std::size_t q = 0; q < Wide; ++q) {
         const Vector left = strip[q];
-        const Vector right = carry[s][q];
+        const Vector right = carry[S][q];
         strip[q] = hn::Add(hn::Mul(sine, left), hn::Mul(cosine, right));
-        carry[s][q] = hn::Sub(hn::Mul(cosine, left), hn::Mul(sine, right));
+        carry[S][q] = hn::Sub(hn::Mul(cosine, left), hn::Mul(sine, right));
       }
+    };
+    [&]<std::size_t... S>(std::index_sequence<S...>) __attribute__((always_inline)) {
+      (turn.template operator()<S>(), ...);
     }
+    (std::make_index_sequence<Sweeps>());
     double* const to = from + static_cast<std::ptrdiff_t>(Sweeps) * v.n;
     for (std::size_t q = 0; q < Wide; ++q) {
       hn::StoreU(strip[q], d, to + q * lanes);
     }
     from -= v.n;
+  };
+  for (std::ptrdiff_t k = 0; k < count; k += static_cast<std::ptrdiff_t>(Planes)) {
+    [&]<std::size_t... Number>(std::index_sequence<Number...>) __attribute__((always_inline)) {
+      (plane.template operator()<Number>(k + static_cast<std::ptrdiff_t>(Number)), ...);
+    }
+    (std::make_index_sequence<Planes>());
   }
+  between.finish();
   for (std::size_t s = 0; s < Sweeps; ++s) {
     for (std::size_t q = 0; q < Wide; ++q) {
       hn::StoreU(carry[s][q], d, v[low + static_cast<std::ptrdiff_t>(s)] + q * lanes);
@@ -87,38 +119,63 @@ HWY_INLINE void rotate_strip(Columns v, const Rotation* const (&rotation)[Sweeps
   }
 }
 
+// The planes of a strip during which rotations are computed. Returns their number.
+template <std::size_t Sweeps>
+std::ptrdiff_t rotate_and_sweep(const Rows& v, const Rotation* const (&rotation)[Sweeps], std::ptrdiff_t high,
+                                std::ptrdiff_t low) {
+  const std::size_t planes = static_cast<std::size_t>(high - low + 1);
+  const std::size_t rotations = HWY_MIN(planes / planes_a_rotation, v.source.sweep.remaining);
+  if (rotations == 0) {
+    return 0;
+  }
+  const std::ptrdiff_t done = static_cast<std::ptrdiff_t>(rotations * planes_a_rotation);
+  rotate_strip<Tag, strip_registers, Sweeps, planes_a_rotation>(v, rotation, high, high - done + 1,
+                                                                Sweeping(v.source.sweep));
+  v.source.sweep.remaining -= rotations;
+  if (v.source.sweep.remaining == 0) {
+    v.source.go_on(v.source);
+  }
+  return done;
+}
+
 // The rows that do not fill a register.
 template <class D, std::size_t Sweeps>
-HWY_INLINE void rotate_last_rows(Columns v, std::ptrdiff_t rows, const Rotation* const (&rotation)[Sweeps],
-                                 std::ptrdiff_t high, std::ptrdiff_t low) {
+HWY_INLINE void rotate_last_rows(Rows v, const Rotation* const (&rotation)[Sweeps], std::ptrdiff_t high,
+                                 std::ptrdiff_t low) {
   constexpr std::ptrdiff_t lanes = hn::MaxLanes(D());
-  if (rows >= lanes) {
-    rotate_strip<D, 1, Sweeps>(v, rotation, high, low);
-    v.x += lanes;
-    rows -= lanes;
+  if (v.count >= lanes) {
+    rotate_strip<D, 1, Sweeps, 1>(v, rotation, high, low, NoRotations());
+    v.leave_out(lanes);
   }
   if constexpr (lanes > 1) {
-    if (rows > 0) {
-      rotate_last_rows<hn::Half<D>, Sweeps>(v, rows, rotation, high, low);
+    if (v.count > 0) {
+      rotate_last_rows<hn::Half<D>, Sweeps>(v, rotation, high, low);
     }
   }
 }
 
 template <std::size_t Sweeps>
-void rotate_rows(Columns v, std::ptrdiff_t rows, const Rotation* const (&rotation)[Sweeps], std::ptrdiff_t high,
-                 std::ptrdiff_t low) {
+void rotate_rows(Rows v, const Rotation* const (&rotation)[Sweeps], std::ptrdiff_t high, std::ptrdiff_t low) {
   constexpr std::ptrdiff_t strip_rows = strip_registers * register_lanes;
-  for (; rows >= strip_rows; rows -= strip_rows) {
-    rotate_strip<Tag, strip_registers, Sweeps>(v, rotation, high, low);
-    v.x += strip_rows;
+  for (; v.count >= strip_rows; v.leave_out(strip_rows)) {
+    std::ptrdiff_t done = 0;
+    if constexpr (Sweeps == runs_together) {
+      done = rotate_and_sweep(v, rotation, high, low);
+    }
+    if (high - done >= low) {
+      const Rotation* rest[Sweeps];
+      for (std::size_t s = 0; s < Sweeps; ++s) {
+        rest[s] = rotation[s] + done;
+      }
+      rotate_strip<Tag, strip_registers, Sweeps, 1>(v, rest, high - done, low, NoRotations());
+    }
   }
-  for (; rows >= static_cast<std::ptrdiff_t>(register_lanes); rows -= register_lanes) {
-    rotate_strip<Tag, 1, Sweeps>(v, rotation, high, low);
-    v.x += register_lanes;
+  for (; v.count >= static_cast<std::ptrdiff_t>(register_lanes); v.leave_out(register_lanes)) {
+    rotate_strip<Tag, 1, Sweeps, 1>(v, rotation, high, low, NoRotations());
   }
   if constexpr (register_lanes > 1) {
-    if (rows > 0) {
-      rotate_last_rows<hn::Half<Tag>, Sweeps>(v, rows, rotation, high, low);
+    if (v.count > 0) {
+      rotate_last_rows<hn::Half<Tag>, Sweeps>(v, rotation, high, low);
     }
   }
 }
@@ -150,7 +207,7 @@ class SweepGroup {
 
   // Goes on as far as it may where the columns from `final` on have seen all sweeps before this group. Returns the
   // first of the columns that have seen this group, too.
-  std::ptrdiff_t advance(Columns v, std::ptrdiff_t rows, std::ptrdiff_t final) {
+  std::ptrdiff_t advance(const Rows& v, std::ptrdiff_t final) {
     if (finished_) {
       return final;
     }
@@ -162,25 +219,25 @@ class SweepGroup {
       }
       if (!meet) {
         for (std::ptrdiff_t s = 0; s < sweeps; ++s) {
-          alone(v, rows, sweep_[s], sweep_[s].top, sweep_[s].low);
+          alone(v, sweep_[s], sweep_[s].top, sweep_[s].low);
         }
         finished_ = true;
         return final;
       }
       for (std::ptrdiff_t s = 0; s < sweeps; ++s) {
-        alone(v, rows, sweep_[s], sweep_[s].top, start_ + s + 1);
+        alone(v, sweep_[s], sweep_[s].top, start_ + s + 1);
       }
       started_ = true;
       next_ = start_;
     }
     const std::ptrdiff_t low = HWY_MAX(final, stop_);
     if (next_ >= low) {
-      together<runs_together>(v, rows, low);
+      together<runs_together>(v, low);
       next_ = low - 1;
     }
     if (next_ < stop_ && lowest_ >= final) {
       for (std::ptrdiff_t s = 0; s < sweeps; ++s) {
-        alone(v, rows, sweep_[s], stop_ + s - 1, sweep_[s].low);
+        alone(v, sweep_[s], stop_ + s - 1, sweep_[s].low);
       }
       finished_ = true;
       return final;
@@ -192,24 +249,24 @@ class SweepGroup {
   std::ptrdiff_t lowest() const { return lowest_; }
 
  private:
-  static void alone(Columns v, std::ptrdiff_t rows, const PanelSweep& sweep, std::ptrdiff_t high, std::ptrdiff_t low) {
+  static void alone(const Rows& v, const PanelSweep& sweep, std::ptrdiff_t high, std::ptrdiff_t low) {
     if (high >= low) {
-      rotate_rows<1>(v, rows, {sweep.rotation + (sweep.top - high)}, high, low);
+      rotate_rows<1>(v, {sweep.rotation + (sweep.top - high)}, high, low);
     }
   }
 
   template <std::size_t Sweeps>
-  void together(Columns v, std::ptrdiff_t rows, std::ptrdiff_t low) const {
+  void together(const Rows& v, std::ptrdiff_t low) const {
     if constexpr (Sweeps > 1) {
       if (sweeps_ < Sweeps) {
-        return together<Sweeps - 1>(v, rows, low);
+        return together<Sweeps - 1>(v, low);
       }
     }
     const Rotation* rotation[Sweeps];
     for (std::size_t s = 0; s < Sweeps; ++s) {
       rotation[s] = sweep_[s].rotation + (sweep_[s].top - next_ - static_cast<std::ptrdiff_t>(s));
     }
-    rotate_rows<Sweeps>(v, rows, rotation, next_, low);
+    rotate_rows<Sweeps>(v, rotation, next_, low);
   }
 
   const PanelSweep* sweep_;
@@ -220,8 +277,9 @@ class SweepGroup {
 };
 
 // The rows row..row+rows-1 of V.
-void rotate_panel(std::size_t n, double* v, std::size_t row, std::size_t rows, const RotationBatch& batch) {
-  const Columns columns{v + row, static_cast<std::ptrdiff_t>(n)};
+void rotate_panel(std::size_t n, double* v, std::size_t row, std::size_t rows, const RotationBatch& batch,
+                  SweepSource& source) {
+  const Rows panel{v + row, static_cast<std::ptrdiff_t>(n), static_cast<std::ptrdiff_t>(rows), source};
   PanelSweep sweep[most_runs];
   for (std::size_t r = 0; r < batch.runs; ++r) {
     const RotationRun& run = batch.run[r];
@@ -229,7 +287,7 @@ void rotate_panel(std::size_t n, double* v, std::size_t row, std::size_t rows, c
     const std::size_t first = row + rows - 1 + run.zeros.sweep;
     if (first <= run.top) {
       skipped = run.top - first;
-      double* const right = columns[static_cast<std::ptrdiff_t>(first) + 1];
+      double* const right = panel[static_cast<std::ptrdiff_t>(first) + 1];
       for (std::size_t k = 0; k < rows; ++k) {
         right[k] = run.zeros.negative[skipped] != 0 ? -0.0 : 0.0;
       }
@@ -240,7 +298,7 @@ void rotate_panel(std::size_t n, double* v, std::size_t row, std::size_t rows, c
   SweepGroup group[(most_runs + runs_together - 1) / runs_together];
   std::size_t groups = 0;
   std::ptrdiff_t highest = 0;
-  std::ptrdiff_t lowest = columns.n;
+  std::ptrdiff_t lowest = panel.n;
   for (std::size_t r = 0; r < batch.runs; r += runs_together) {
     group[groups].set(sweep + r, HWY_MIN(runs_together, batch.runs - r));
     highest = HWY_MAX(highest, group[groups].highest());
@@ -252,15 +310,15 @@ void rotate_panel(std::size_t n, double* v, std::size_t row, std::size_t rows, c
     final = HWY_MAX(lowest, final - planes_at_once);
     std::ptrdiff_t reached = final;
     for (std::size_t g = 0; g < groups; ++g) {
-      reached = group[g].advance(columns, static_cast<std::ptrdiff_t>(rows), reached);
+      reached = group[g].advance(panel, reached);
     }
   }
 }
 
-void rotate(std::size_t n, double* v, const RotationBatch& batch) {
+void rotate(std::size_t n, double* v, const RotationBatch& batch, SweepSource& source) {
   const std::size_t rows = n < order_of_high_panels ? low_panel : high_panel;
   for (std::size_t row = 0; row < n; row += rows) {
-    rotate_panel(n, v, row, HWY_MIN(rows, n - row), batch);
+    rotate_panel(n, v, row, HWY_MIN(rows, n - row), batch, source);
   }
 }
 

@@ -38,8 +38,26 @@ struct RotationBatch {
 };
 
 // The sweeps of a batch at most, and the number of them that pass over V together at best.
-inline constexpr std::size_t most_runs = 256;
+inline constexpr std::size_t most_runs = 128;
 inline constexpr std::size_t runs_together = 4;
+
+// A sweep of the iteration on T as it is computed: rotations of the planes next, next - 1, ..., `remaining` of them.
+struct TridiagonalSweep {
+  double* d;
+  double* e;
+  Rotation* rotation;  // where the next one is kept
+  std::ptrdiff_t next;
+  std::size_t remaining;
+  // between two planes, in the names of eaxeql.cpp
+  double s, c, p, g;
+};
+
+// One rotation is a chain of divisions and a square root, each waiting for the one before. A pass over V computes what
+// it finds here in between, and calls `go_on` when none remains; that may set up more.
+struct SweepSource {
+  TridiagonalSweep sweep;
+  void (*go_on)(SweepSource& source);
+};
 
 struct EigenKernelTable {
   // Σ x(k)·y(k) in eight lanes
@@ -50,8 +68,10 @@ struct EigenKernelTable {
   void (*multiply)(std::size_t rows, double* a, const double* w, double* p);
   void (*update_and_multiply)(std::size_t rows, double* a, const double* u, const double* q, const double* w,
                               double* p);
-  // applies a batch to all n rows of V
-  void (*rotate)(std::size_t n, double* v, const RotationBatch& batch);
+  // computes all rotations that remain
+  void (*sweep)(TridiagonalSweep& sweep);
+  // applies a batch to all n rows of V, and computes rotations from the source as far as that takes no time
+  void (*rotate)(std::size_t n, double* v, const RotationBatch& batch, SweepSource& source);
   // applies the reflectors in the rows 2..n-1 of a packed triangle to the n columns of V
   void (*reflect)(std::size_t n, const double* a, double* v);
 };
