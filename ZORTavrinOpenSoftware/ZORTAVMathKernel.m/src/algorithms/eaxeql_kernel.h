@@ -35,9 +35,11 @@ constexpr std::size_t line_elements = 8;
 // Registers of rows that are rotated together: with four sweeps each of them takes five registers of the processor.
 constexpr std::size_t strip_registers = register_lanes == octet ? 4 : 2;
 
-// Planes of a strip for one rotation that is computed in between: their multiplications alone take 64 cycles of two
-// units of 256 bits, its chain some 80.
-constexpr std::size_t planes_a_rotation = register_lanes == octet ? 1 : 4;
+// Planes of a strip for one rotation that is computed in between: their multiplications alone take 64 or 128 cycles of
+// two units of 256 bits, its chain some 80. From such an order on a pass has planes enough for the longer time.
+constexpr std::size_t fewer_planes_a_rotation = register_lanes == octet ? 1 : 4;
+constexpr std::size_t more_planes_a_rotation = 2 * fewer_planes_a_rotation;
+constexpr std::ptrdiff_t order_of_more_planes = 300;
 
 // Rows of V: x is the first element of column 0, n the leading dimension.
 struct Rows {
@@ -120,17 +122,16 @@ HWY_INLINE void rotate_strip(const Rows& v, const Rotation* const (&rotation)[Sw
 }
 
 // The planes of a strip during which rotations are computed. Returns their number.
-template <std::size_t Sweeps>
+template <std::size_t Sweeps, std::size_t Planes>
 std::ptrdiff_t rotate_and_sweep(const Rows& v, const Rotation* const (&rotation)[Sweeps], std::ptrdiff_t high,
                                 std::ptrdiff_t low) {
   const std::size_t planes = static_cast<std::size_t>(high - low + 1);
-  const std::size_t rotations = HWY_MIN(planes / planes_a_rotation, v.source.sweep.remaining);
+  const std::size_t rotations = HWY_MIN(planes / Planes, v.source.sweep.remaining);
   if (rotations == 0) {
     return 0;
   }
-  const std::ptrdiff_t done = static_cast<std::ptrdiff_t>(rotations * planes_a_rotation);
-  rotate_strip<Tag, strip_registers, Sweeps, planes_a_rotation>(v, rotation, high, high - done + 1,
-                                                                Sweeping(v.source.sweep));
+  const std::ptrdiff_t done = static_cast<std::ptrdiff_t>(rotations * Planes);
+  rotate_strip<Tag, strip_registers, Sweeps, Planes>(v, rotation, high, high - done + 1, Sweeping(v.source.sweep));
   v.source.sweep.remaining -= rotations;
   if (v.source.sweep.remaining == 0) {
     v.source.go_on(v.source);
@@ -160,7 +161,8 @@ void rotate_rows(Rows v, const Rotation* const (&rotation)[Sweeps], std::ptrdiff
   for (; v.count >= strip_rows; v.leave_out(strip_rows)) {
     std::ptrdiff_t done = 0;
     if constexpr (Sweeps == runs_together) {
-      done = rotate_and_sweep(v, rotation, high, low);
+      done = v.n < order_of_more_planes ? rotate_and_sweep<Sweeps, fewer_planes_a_rotation>(v, rotation, high, low)
+                                        : rotate_and_sweep<Sweeps, more_planes_a_rotation>(v, rotation, high, low);
     }
     if (high - done >= low) {
       const Rotation* rest[Sweeps];
