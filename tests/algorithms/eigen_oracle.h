@@ -184,4 +184,42 @@ inline void transform_back(int n, Numbers& packed, Numbers& vectors) {
   }
 }
 
+// The reflectors in blocks of 32 rows, operation by operation as it is documented.
+inline void transform_back_in_blocks(int n, Numbers& packed, Numbers& vectors) {
+  const Triangle a{packed};
+  for (int first = 3; first <= n; first += 32) {
+    std::vector<int> rows;
+    for (int i = first; i <= n && i < first + 32; ++i) {
+      if (a(i, i) != 0.0) {
+        rows.push_back(i);
+      }
+    }
+    const std::size_t count = rows.size();
+    const int length = rows.empty() ? 0 : rows.back() - 1;
+    const auto u = [&](std::size_t r, int k) { return k < rows[r] ? a(rows[r], k) : 0.0; };
+    Numbers g(count * count);
+    for (std::size_t r = 0; r < count; ++r) {
+      for (std::size_t q = 0; q < r; ++q) {
+        g[r * count + q] = eight_lane_sum(length, [&](int k) { return u(r, k) * u(q, k); });
+      }
+    }
+    for (int j = 0; j < n; ++j) {
+      double* const v = vectors.data() + size(j) * size(n) - 1;
+      Numbers w(count);
+      for (std::size_t r = 0; r < count; ++r) {
+        w[r] = eight_lane_sum(length, [&](int k) { return u(r, k) * v[k]; });
+        for (std::size_t q = 0; q < r; ++q) {
+          w[r] -= g[r * count + q] * w[q];
+        }
+        w[r] *= 1.0 / a(rows[r], rows[r]);
+      }
+      for (int k = 1; k <= length; ++k) {
+        for (std::size_t r = 0; r < count; ++r) {
+          v[k] -= u(r, k) * w[r];
+        }
+      }
+    }
+  }
+}
+
 }  // namespace oracle

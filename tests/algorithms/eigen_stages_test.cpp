@@ -197,7 +197,7 @@ TEST(eaxeor, orders_by_value_or_by_size) {
   }
 }
 
-TEST(eaxevp, applies_the_reflectors_one_after_the_other) {
+TEST(eaxevp, applies_the_reflectors_one_after_the_other_and_in_blocks_bit_for_bit) {
   Random random(4307);
   std::vector<int> all_orders = orders();
   all_orders.insert(all_orders.end(), {98, 99, 130, 301});
@@ -219,6 +219,9 @@ TEST(eaxevp, applies_the_reflectors_one_after_the_other) {
     Guarded<double> actual(v, size(n % 2));
     const Guarded<double> reflectors(a, size(n % 2));
     eaxevp(&n, reflectors.data(), actual.data());
+    Numbers in_blocks = v;
+    oracle::transform_back_in_blocks(n, a, in_blocks);
+    expect_same_bits(in_blocks, actual.values());
     oracle::transform_back(n, a, v);
     const double bound = 2e-16 * n * std::sqrt(n);
     for (std::size_t k = 0; k < v.size(); ++k) {
