@@ -160,17 +160,63 @@ inline int iterate(int n, Numbers& diagonal, Numbers& below, Numbers& vectors) {
   return 0;
 }
 
+// The plain loop over the reflectors in extended precision.
 inline void transform_back(int n, Numbers& packed, Numbers& vectors) {
   const Triangle a{packed};
-  const Full v{vectors, n};
-  for (int i = 3; i <= n; ++i) {
-    if (a(i, i) == 0.0) {
-      continue;
-    }
-    for (int j = 1; j <= n; ++j) {
-      const double s = eight_lane_sum(i - 1, [&](int k) { return a(i, k) * v(k, j); });
+  for (int j = 0; j < n; ++j) {
+    double* const column = vectors.data() + size(j) * size(n);
+    std::vector<long double> v(column, column + n);
+    for (int i = 3; i <= n; ++i) {
+      if (a(i, i) == 0.0) {
+        continue;
+      }
+      long double s = 0;
       for (int k = 1; k < i; ++k) {
-        v(k, j) += s * (-1.0 / a(i, i)) * a(i, k);
+        s += v[size(k - 1)] * a(i, k);
+      }
+      for (int k = 1; k < i; ++k) {
+        v[size(k - 1)] -= s / a(i, i) * a(i, k);
+      }
+    }
+    for (int k = 0; k < n; ++k) {
+      column[k] = static_cast<double>(v[size(k)]);
+    }
+  }
+}
+
+// The reflectors in blocks of 32 rows, operation by operation as it is documented.
+inline void transform_back_in_blocks(int n, Numbers& packed, Numbers& vectors) {
+  const Triangle a{packed};
+  for (int first = 3; first <= n; first += 32) {
+    std::vector<int> rows;
+    for (int i = first; i <= n && i < first + 32; ++i) {
+      if (a(i, i) != 0.0) {
+        rows.push_back(i);
+      }
+    }
+    const std::size_t count = rows.size();
+    const int length = rows.empty() ? 0 : rows.back() - 1;
+    const auto u = [&](std::size_t r, int k) { return k < rows[r] ? a(rows[r], k) : 0.0; };
+    Numbers g(count * count);
+    for (std::size_t r = 0; r < count; ++r) {
+      for (std::size_t q = 0; q < r; ++q) {
+        g[r * count + q] = eight_lane_sum(length, [&](int k) { return u(r, k) * u(q, k); });
+      }
+    }
+    for (int j = 0; j < n; ++j) {
+      double* const v = vectors.data() + size(j) * size(n) - 1;
+      Numbers w(count);
+      for (std::size_t r = 0; r < count; ++r) {
+        w[r] = eight_lane_sum(length, [&](int k) { return u(r, k) * v[k]; });
+        for (std::size_t q = 0; q < r; ++q) {
+          w[r] -= g[r * count + q] * w[q];
+        }
+        w[r] *= 1.0 / a(rows[r], rows[r]);
+      }
+      for (int k = 1; k <= length; ++k) {
+        for (std::size_t r = 0; r < count; ++r) {
+          v[k] -= u(r, k) * w[r];
+        }
       }
     }
   }

@@ -86,7 +86,9 @@ ZORTAV_ENTRY void eaxetr(const int32_t* n, double* a, double* d, double* e);
  *
  * Every element of d, e and v is the result of the textbook loop, operation by operation: a rotation takes the
  * elements x, t of columns i and i + 1 to c·x − s·t and s·x + c·t, each product rounded. Rotations are collected on the
- * stack and applied to parts of V that fit the cache; above order 2560 V is passed over for every sweep or two.
+ * stack and applied several sweeps at a time: 19456 of them, or four sweeps up to order 4864; up to order 1200 half as
+ * many, while the next ones are computed. Up to order 4864, and when the upper triangle of V is +0 on entry, the
+ * rotations of zeros that are still zeros are left out; their signs are kept.
  *
  * Reproducibility: fixed order.
  * Source: Dubrulle, Martin, Wilkinson, Handbook for Automatic Computation II, contribution II/4 (imtql2).
@@ -110,13 +112,19 @@ ZORTAV_ENTRY void eaxeor(const int32_t* ord, const int32_t* n, double* d, double
 
 /**
  * V := Q·V with the reflectors that eaxetr left in A: for i = 3, ..., n, u = a(i,1..i−1), h = a(i,i), and every column
- * v of V: s = Σ u(k)·v(k) (8), v(k) := v(k) + (s·(−1/h))·u(k) for k < i. A row with h = 0 is stepped over.
+ * v of V: v := v − (uᵀ·v/h)·u in its first i − 1 elements. A row with h = 0 is stepped over.
+ *
+ * The rows 3..34, 35..66, ... are applied together. With u1, u2, ... the reflectors of such a block, every sum (8) and
+ * over k from 1 to the length of the longest, where shorter ones count as continued by zeros: s(r) = Σ ur(k)·v(k);
+ * w(r) = (s(r) − Σ g(r,q)·w(q))·(1/h(r)) over q < r, one after the other, with g(r,q) = Σ ur(k)·uq(k); then v(k) := v(k)
+ * − Σ ur(k)·w(r), r ascending, one after the other.
  *
  * @param n [in] order of A and V; below 3 nothing is touched.
  * @param a [in] packed by rows, n(n+1)/2 elements, as eaxetr leaves it; rows 1 and 2 are not read.
  * @param v [in/out] n x n.
  *
- * Source: Martin, Reinsch, Wilkinson, Handbook for Automatic Computation II, contribution II/2 (trbak3).
+ * Source: Martin, Reinsch, Wilkinson, Handbook for Automatic Computation II, contribution II/2 (trbak3); blocks after
+ * Schreiber and Van Loan, SIAM J. Sci. Stat. Comput. 10 (1989), and Puglisi, SIAM J. Sci. Stat. Comput. 13 (1992).
  */
 ZORTAV_ENTRY void eaxevp(const int32_t* n, const double* a, double* v);
 

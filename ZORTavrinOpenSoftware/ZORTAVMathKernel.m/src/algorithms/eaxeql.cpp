@@ -23,6 +23,94 @@ std::int64_t end_of_block(std::int64_t l, std::int64_t n, const double* d, const
   return n - 1;
 }
 
+// The iteration, sweep by sweep. V follows in batches, during which the iteration goes on.
+class Iteration : private zortav::SweepSource {
+ public:
+  Iteration(std::int64_t n, double* d, double* e, double* v)
+      : SweepSource{{d, e, nullptr, 0, 0, 0.0, 0.0, 0.0, 0.0}, go_on_here}, n_(n), recorder_(size(n), v) {}
+
+  // Returns 0, or the index of the eigenvalue that did not converge.
+  std::int64_t run() {
+    open_ = begin_sweep();
+    for (;;) {
+      begin_run();
+      while (sweep.remaining != 0) {
+        zortav::eigen_kernels().sweep(sweep);
+        end_run();
+      }
+      if (recorder_.empty()) {
+        break;
+      }
+      const zortav::RotationRecorder::Batch batch = recorder_.close();
+      if (recorder_.can_be_filled_while_applied()) {
+        begin_run();
+      }
+      recorder_.apply(batch, *this);
+    }
+    recorder_.finish();
+    return failed_;
+  }
+
+ private:
+  static std::size_t size(std::int64_t count) { return static_cast<std::size_t>(count); }
+
+  static void go_on_here(SweepSource& source) { static_cast<Iteration&>(source).end_run(); }
+
+  // Finds the next block to work on and the shift of a sweep over it. Returns false where the iteration ends.
+  bool begin_sweep() {
+    const double* const d = sweep.d;
+    const double* const e = sweep.e;
+    while ((m_ = end_of_block(l_, n_, d, e)) == l_) {
+      if (++l_ == n_) {
+        return false;
+      }
+      count_ = 0;
+    }
+    if (count_ == iterations_per_eigenvalue) {
+      failed_ = l_ + 1;
+      return false;
+    }
+    ++count_;
+    const double g = (d[l_ + 1] - d[l_]) / (2.0 * e[l_]);
+    const double r = std::sqrt(g * g + 1.0);
+    sweep.g = d[m_] - d[l_] + e[l_] / (g >= 0.0 ? g + r : g - r);
+    sweep.s = 1.0;
+    sweep.c = 1.0;
+    sweep.p = 0.0;
+    sweep.next = m_ - 1;
+    return true;
+  }
+
+  // Lets the recorder grant rotations of the sweep, if it is open, none remain, and the batch has room.
+  void begin_run() {
+    if (open_ && sweep.remaining == 0) {
+      std::size_t granted = 0;
+      sweep.rotation = recorder_.begin(size(sweep.next), size(sweep.next - l_ + 1), granted);
+      sweep.remaining = sweep.rotation != nullptr ? granted : 0;
+    }
+  }
+
+  void end_run() {
+    recorder_.end();
+    if (sweep.next < l_) {
+      sweep.d[l_] = sweep.d[l_] - sweep.p;
+      sweep.e[l_] = sweep.g;
+      sweep.e[m_] = 0.0;
+      open_ = begin_sweep();
+    }
+    begin_run();
+  }
+
+  std::int64_t n_;
+  // The eigenvalue that is sought, the end of its block and the sweeps done for it.
+  std::int64_t l_ = 0;
+  std::int64_t m_ = 0;
+  int count_ = 0;
+  bool open_ = false;  // there is a sweep to go on with
+  std::int64_t failed_ = 0;
+  zortav::RotationRecorder recorder_;
+};
+
 }  // namespace
 
 int32_t eaxeql(const int32_t* order, double* d, double* e, double* v, int32_t* ierr) {
@@ -36,58 +124,10 @@ int32_t eaxeql(const int32_t* order, double* d, double* e, double* v, int32_t* i
     v[i + i * n] = 1.0;
   }
   e[n - 1] = 0.0;
-
-  zortav::RotationRecorder recorder(static_cast<std::size_t>(n), v);
-  for (std::int64_t l = 0; l < n; ++l) {
-    for (int count = 0;; ++count) {
-      const std::int64_t m = end_of_block(l, n, d, e);
-      if (m == l) {
-        break;
-      }
-      if (count == iterations_per_eigenvalue) {
-        recorder.flush();
-        *ierr = static_cast<int32_t>(l + 1);
-        return 1;
-      }
-      double g = (d[l + 1] - d[l]) / (2.0 * e[l]);
-      double r = std::sqrt(g * g + 1.0);
-      g = d[m] - d[l] + e[l] / (g >= 0.0 ? g + r : g - r);
-      double s = 1.0;
-      double c = 1.0;
-      double p = 0.0;
-      for (std::int64_t i = m - 1; i >= l;) {
-        std::size_t granted = 0;
-        zortav::Rotation* rotation =
-            recorder.begin(static_cast<std::size_t>(i), static_cast<std::size_t>(i - l + 1), granted);
-        for (const zortav::Rotation* const end = rotation + granted; rotation != end; ++rotation, --i) {
-          const double f = s * e[i];
-          const double b = c * e[i];
-          if (std::fabs(f) >= std::fabs(g)) {
-            c = g / f;
-            r = std::sqrt(c * c + 1.0);
-            e[i + 1] = f * r;
-            s = 1.0 / r;
-            c = c * s;
-          } else {
-            s = f / g;
-            r = std::sqrt(s * s + 1.0);
-            e[i + 1] = g * r;
-            c = 1.0 / r;
-            s = s * c;
-          }
-          g = d[i + 1] - p;
-          r = (d[i] - g) * s + 2.0 * c * b;
-          p = s * r;
-          d[i + 1] = g + p;
-          g = c * r - b;
-          *rotation = {c, s};
-        }
-      }
-      d[l] = d[l] - p;
-      e[l] = g;
-      e[m] = 0.0;
-    }
+  const std::int64_t failed = Iteration(n, d, e, v).run();
+  if (failed != 0) {
+    *ierr = static_cast<int32_t>(failed);
+    return 1;
   }
-  recorder.flush();
   return 0;
 }

@@ -81,6 +81,9 @@ struct Reduction {
           pk = hn::LoadU(tag, p + at);
         }
         for (std::size_t r = 0; r < Rows; ++r) {
+          if (part == 0) {
+            __builtin_prefetch(row[r] + k + rows_at_once * (j + r) + rows_at_once * (rows_at_once + 1) / 2, 1, 2);
+          }
           Register x = hn::LoadU(tag, row[r] + at);
           if constexpr (updates) {
             x = hn::Sub(hn::Sub(x, hn::Mul(uj[r], qk)), hn::Mul(qj[r], uk));
@@ -105,8 +108,50 @@ struct Reduction {
     }
   }
 
-  // Row j of the block's triangle: columns first..j.
-  HWY_INLINE void in_block(std::size_t j, std::size_t first, double* a, double* lane) const {
+  // The triangle of a block whose first row starts at a: columns first..j of the rows j.
+  HWY_INLINE void in_block(std::size_t first, std::size_t rows, double* a, const double (*lane)[octet]) const {
+    if constexpr (register_lanes == octet) {
+      const auto all = hn::FirstN(tag, rows);
+      const Register none = hn::Zero(tag);
+      const Register uk = updates ? hn::MaskedLoad(all, tag, u + first) : none;
+      const Register qk = updates ? hn::MaskedLoad(all, tag, q + first) : none;
+      const Register wk = multiplies ? hn::MaskedLoad(all, tag, w + first) : none;
+      Register pk = none;
+      for (std::size_t r = 0; r < rows; ++r) {
+        const std::size_t j = first + r;
+        const auto before = hn::FirstN(tag, r);
+        const auto with = hn::FirstN(tag, r + 1);
+        Register x = hn::MaskedLoad(with, tag, a + first);
+        if constexpr (updates) {
+          x = hn::Sub(hn::Sub(x, hn::Mul(hn::Set(tag, u[j]), qk)), hn::Mul(hn::Set(tag, q[j]), uk));
+          hn::BlendedStore(x, with, tag, a + first);
+        }
+        if constexpr (multiplies) {
+          Octet sum;
+          sum.part[0] = hn::LoadU(tag, lane[r]);
+          sum.part[0] = hn::IfThenElse(with, hn::Add(sum.part[0], hn::Mul(x, wk)), sum.part[0]);
+          const Register own = hn::IfThenElse(with, hn::Set(tag, joined(sum)), pk);
+          pk = hn::IfThenElse(before, hn::Add(pk, hn::Mul(x, hn::Set(tag, w[j]))), own);
+        }
+        a += j + 1;
+      }
+      if constexpr (multiplies) {
+        hn::BlendedStore(pk, all, tag, p + first);
+      }
+    } else {
+      for (std::size_t j = first; j < first + rows; ++j) {
+        row_in_block(j, first, a, lane[j - first]);
+        a += j + 1;
+      }
+    }
+  }
+
+  // Row j of it, element by element.
+  HWY_INLINE void row_in_block(std::size_t j, std::size_t first, double* a, const double* lanes) const {
+    double lane[octet];
+    for (std::size_t k = 0; k < octet; ++k) {
+      lane[k] = lanes[k];
+    }
     for (std::size_t k = first; k <= j; ++k) {
       if constexpr (updates) {
         a[k] = a[k] - u[j] * q[k] - q[j] * u[k];
@@ -137,10 +182,8 @@ struct Reduction {
         left_of_block<1>(first + r, first, at, lane + r);
         at += first + r + 1;
       }
-      for (r = 0; r < rows; ++r) {
-        in_block(first + r, first, a, lane[r]);
-        a += first + r + 1;
-      }
+      in_block(first, rows, a, lane);
+      a = at;
     }
   }
 };

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // V := Q·V with Q the product of the reflectors that eaxetr left in the packed rows of A:
 // for i = 3..n, u = a(i,1..i-1), h = a(i,i) ≠ 0, every column v := v − (uᵀ·v/h)·u.
-// Method: Martin, Reinsch and Wilkinson, Handbook for Automatic Computation II, contribution II/2 (trbak3).
+// Method: Martin, Reinsch and Wilkinson, Handbook for Automatic Computation II, contribution II/2 (trbak3);
+// blocks of reflectors: eaxevp_kernel.h.
 #include <cstdint>
 
 #include "ZORTAVEigenSolver.h"

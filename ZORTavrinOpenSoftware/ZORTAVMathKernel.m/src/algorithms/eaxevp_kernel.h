@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Inner loops of eaxevp: the reflectors of a packed triangle applied to the columns of V.
+// Inner loops of eaxevp: the reflectors of a packed triangle applied to the columns of V, a block of them at a time.
 //
-// A few columns at a time take all reflectors of a block whose rows fit the cache. One pass over these columns applies
-// a reflector, v := v + t·u, and multiplies the result by the next one, s := u'·v. Included by eigen_kernel_unit.cpp
-// only.
+// The product of a block's reflectors I - u·uᵀ/h is I - U·(D + L)⁻¹·Uᵀ with D = diag(h) and L the part of UᵀU below its
+// diagonal: S := UᵀV and V := V - U·W are matrix products, and (D + L)·W = S is solved by substitution.
+// Method: Schreiber and Van Loan, SIAM J. Sci. Stat. Comput. 10 (1989), in the form of Puglisi, ibid. 13 (1992).
+// Included by eigen_kernel_unit.cpp only.
 #pragma once
 
 #include <cstddef>
@@ -15,146 +16,247 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// A quarter of a small second-level cache's megabyte.
-constexpr std::size_t reflector_block_elements = 32768;
+// Rows of the triangle that make a block: with 24 columns of V it stays in a second-level cache of a megabyte up to
+// some 2000 elements a row.
+constexpr std::size_t block_rows = 32;
+constexpr std::size_t panel_columns = 24;
 
-// The columns that share their loads of the reflectors: as many as the registers hold sums for.
-constexpr std::size_t columns_at_once = octet_registers == 4 ? 2 : 4;
+// The tiles of both products, as the registers hold them: reflectors x columns of V, and registers of rows x columns.
+constexpr std::size_t tile_reflectors = 4 / octet_registers;
+constexpr std::size_t tile_columns = register_lanes == octet ? 6 : 3;
+constexpr std::size_t tile_registers = 4;
+static_assert(block_rows % tile_reflectors == 0 && panel_columns % tile_columns == 0);
 
-struct Reflector {
-  const double* u;
-  std::size_t length;
+// Where the rows of a block differ in length they are copied, filled up with zeros: 31 rows and 7 elements at most.
+constexpr std::size_t tail_elements = 40;
+static_assert(tail_elements >= block_rows - 1 + octet - 1 && tail_elements % octet == 0);
+
+// As many vectors as a tile may ask for; what lies beyond the last one repeats it, so that every tile is whole. Equal
+// columns come to equal results.
+template <std::size_t Count>
+struct Vectors {
+  const double* head[Count];  // elements 0..common-1
+  const double* tail[Count];  // and from there on
 };
 
-// How many of the eight elements from k on are among the first n.
-HWY_INLINE std::size_t of_octet(std::size_t n, std::size_t k) {
-  return n <= k ? 0 : (n - k < octet ? n - k : octet);
-}
-HWY_INLINE std::size_t of_register(std::size_t n, std::size_t part) {
-  return n <= part * register_lanes ? 0 : n - part * register_lanes;
-}
+struct ReflectorBlock {
+  static constexpr std::size_t gram_width = block_rows + tile_columns - block_rows % tile_columns;
 
-// v := v + t·(now.u), then t := (next.u)·v, for Columns columns of V; next.length >= now.length, and a length of zero
-// stands for no reflector. Whole octets are read and written back as long as they end above row n.
-template <std::size_t Columns>
-HWY_INLINE void reflect_and_multiply(std::size_t n, double* v, const Reflector& now, const Reflector& next, double* t) {
-  Octet sum[Columns];
-  Register factor[Columns];
-  for (std::size_t j = 0; j < Columns; ++j) {
-    sum[j] = zero_octet();
-    factor[j] = hn::Set(tag, t[j]);
+  std::size_t count;
+  std::size_t common;  // whole octets that all rows have
+  std::size_t end;     // elements of the longest row
+  double inverse[block_rows];
+  Vectors<gram_width> u;
+  double tail[block_rows][tail_elements];
+  double gram[block_rows][gram_width];
+
+  std::size_t tail_length() const { return (end - common + octet - 1) / octet * octet; }
+};
+
+// s(r, c) := Σ x_r(k)·y_c(k) in eight lanes.
+HWY_INLINE void multiply_tile(std::size_t common, std::size_t tail, const double* const* x_head,
+                              const double* const* x_tail, const double* const* y_head, const double* const* y_tail,
+                              double* s, std::size_t width) {
+  Octet sum[tile_reflectors][tile_columns];
+  for (auto& row : sum) {
+    for (Octet& element : row) {
+      element = zero_octet();
+    }
   }
-  const std::size_t length = now.length > next.length ? now.length : next.length;
-  std::size_t k = 0;
-  const std::size_t common = now.length / octet * octet;
-  if (next.length != 0) {
-    for (; k < common; k += octet) {
+  const auto add = [&](std::size_t length, const double* const* x, const double* const* y)
+      __attribute__((always_inline)) {
+    const double* xr[tile_reflectors];
+    const double* yc[tile_columns];
+    for (std::size_t r = 0; r < tile_reflectors; ++r) {
+      xr[r] = x[r];
+    }
+    for (std::size_t c = 0; c < tile_columns; ++c) {
+      yc[c] = y[c];
+    }
+    for (std::size_t k = 0; k < length; k += octet) {
+#pragma GCC unroll 4
       for (std::size_t part = 0; part < octet_registers; ++part) {
         const std::size_t at = k + part * register_lanes;
-        const Register u = hn::LoadU(tag, now.u + at);
-        const Register w = hn::LoadU(tag, next.u + at);
-        for (std::size_t j = 0; j < Columns; ++j) {
-          double* const x = v + j * n + at;
-          const Register y = hn::Add(hn::LoadU(tag, x), hn::Mul(factor[j], u));
-          hn::StoreU(y, tag, x);
-          sum[j].part[part] = hn::Add(sum[j].part[part], hn::Mul(w, y));
+        Register u[tile_reflectors];
+        for (std::size_t r = 0; r < tile_reflectors; ++r) {
+          u[r] = hn::LoadU(tag, xr[r] + at);
+        }
+#pragma GCC unroll 6
+        for (std::size_t c = 0; c < tile_columns; ++c) {
+          const Register v = hn::LoadU(tag, yc[c] + at);
+          for (std::size_t r = 0; r < tile_reflectors; ++r) {
+            sum[r][c].part[part] = hn::Add(sum[r][c].part[part], hn::Mul(u[r], v));
+          }
         }
       }
     }
-  } else {
-    for (; k < common; k += octet) {
-      for (std::size_t part = 0; part < octet_registers; ++part) {
-        const std::size_t at = k + part * register_lanes;
-        const Register u = hn::LoadU(tag, now.u + at);
-        for (std::size_t j = 0; j < Columns; ++j) {
-          double* const x = v + j * n + at;
-          hn::StoreU(hn::Add(hn::LoadU(tag, x), hn::Mul(factor[j], u)), tag, x);
-        }
-      }
+  };
+  add(common, x_head, y_head);
+  add(tail, x_tail, y_tail);
+  for (std::size_t r = 0; r < tile_reflectors; ++r) {
+    for (std::size_t c = 0; c < tile_columns; ++c) {
+      s[r * width + c] = joined(sum[r][c]);
     }
-  }
-  for (; k < length && k + octet <= n; k += octet) {
-    const std::size_t now_left = of_octet(now.length, k);
-    const std::size_t next_left = of_octet(next.length, k);
-    for (std::size_t part = 0; part < octet_registers; ++part) {
-      const std::size_t at = k + part * register_lanes;
-      const auto in_now = hn::FirstN(tag, of_register(now_left, part));
-      const auto in_next = hn::FirstN(tag, of_register(next_left, part));
-      const Register u = now_left != 0 ? hn::IfThenElseZero(in_now, hn::LoadU(tag, now.u + at)) : hn::Zero(tag);
-      const Register w = next_left != 0 ? hn::IfThenElseZero(in_next, hn::LoadU(tag, next.u + at)) : hn::Zero(tag);
-      for (std::size_t j = 0; j < Columns; ++j) {
-        double* const x = v + j * n + at;
-        Register y = hn::LoadU(tag, x);
-        if (now_left != 0) {
-          y = hn::IfThenElse(in_now, hn::Add(y, hn::Mul(factor[j], u)), y);
-          hn::StoreU(y, tag, x);
-        }
-        sum[j].part[part] = hn::Add(sum[j].part[part], hn::Mul(w, hn::IfThenElseZero(in_next, y)));
-      }
-    }
-  }
-  if (k >= length) {
-    for (std::size_t j = 0; j < Columns; ++j) {
-      t[j] = joined(sum[j]);
-    }
-    return;
-  }
-  // The octet that ends below row n.
-  for (std::size_t j = 0; j < Columns; ++j) {
-    double lane[octet];
-    for (std::size_t part = 0; part < octet_registers; ++part) {
-      hn::StoreU(sum[j].part[part], tag, lane + part * register_lanes);
-    }
-    for (std::size_t i = k; i < length; ++i) {
-      double& x = v[j * n + i];
-      if (i < now.length) {
-        x = x + t[j] * now.u[i];
-      }
-      if (i < next.length) {
-        lane[i - k] += next.u[i] * x;
-      }
-    }
-    t[j] = joined(lane);
   }
 }
 
-// Rows first..last-1 of the triangle, of which a is the first, on Columns columns of V.
-template <std::size_t Columns>
-void reflect_columns(std::size_t n, const double* a, std::size_t first, std::size_t last, double* v) {
-  Reflector now{a, 0};
-  double t[Columns] = {};
+// Gathers rows first..last-1 of the triangle, of which a is the first, but for those without a reflector.
+HWY_INLINE void gather(const double* a, std::size_t first, std::size_t last, ReflectorBlock& block) {
+  block.count = 0;
+  std::size_t length[block_rows];
   for (std::size_t i = first; i < last; ++i) {
-    const double h = a[i];
-    if (h != 0.0) {
-      const Reflector next{a, i};
-      reflect_and_multiply<Columns>(n, v, now, next, t);
-      for (double& factor : t) {
-        factor = factor * (-1.0 / h);
-      }
-      now = next;
+    if (a[i] != 0.0) {
+      block.u.head[block.count] = a;
+      block.inverse[block.count] = 1.0 / a[i];
+      length[block.count] = i;
+      ++block.count;
     }
     a += i + 1;
   }
-  if (now.length != 0) {
-    reflect_and_multiply<Columns>(n, v, now, {a, 0}, t);
+  if (block.count == 0) {
+    return;
+  }
+  block.common = length[0] / octet * octet;
+  block.end = length[block.count - 1];
+  for (std::size_t r = 0; r < block.count; ++r) {
+    for (std::size_t k = 0; k < tail_elements; ++k) {
+      block.tail[r][k] = block.common + k < length[r] ? block.u.head[r][block.common + k] : 0.0;
+    }
+    block.u.tail[r] = block.tail[r];
+  }
+  for (std::size_t r = block.count; r < block.gram_width; ++r) {
+    block.u.head[r] = block.u.head[block.count - 1];
+    block.u.tail[r] = block.u.tail[block.count - 1];
+  }
+  for (std::size_t r = 0; r < block.count; r += tile_reflectors) {
+    for (std::size_t c = 0; c < r + tile_reflectors; c += tile_columns) {
+      multiply_tile(block.common, block.tail_length(), block.u.head + r, block.u.tail + r, block.u.head + c,
+                    block.u.tail + c, block.gram[r] + c, block.gram_width);
+    }
   }
 }
 
+// Columns of V and what belongs to them.
+struct ReflectedPanel {
+  std::size_t columns;  // a multiple of tile_columns
+  double* head[panel_columns];
+  double* tail[panel_columns];
+  double copy[panel_columns][tail_elements];
+  alignas(64) double s[block_rows][panel_columns];  // Uᵀ·V, then W
+
+  void multiply(const ReflectorBlock& block) {
+    for (std::size_t c = 0; c < columns; c += tile_columns) {
+      for (std::size_t r = 0; r < block.count; r += tile_reflectors) {
+        multiply_tile(block.common, block.tail_length(), block.u.head + r, block.u.tail + r, head + c, tail + c,
+                      s[r] + c, panel_columns);
+      }
+    }
+  }
+
+  // w(r) := (s(r) - Σ gram(r,q)·w(q))/h(r), q < r ascending.
+  void solve(const ReflectorBlock& block) {
+    constexpr std::size_t registers = panel_columns / register_lanes;
+    constexpr std::size_t at_once = registers % 6 == 0 ? 6 : 3;
+    for (std::size_t first = 0; first < registers; first += at_once) {
+      for (std::size_t r = 0; r < block.count; ++r) {
+        Register w[at_once];
+        for (std::size_t q = 0; q < at_once; ++q) {
+          w[q] = hn::LoadU(tag, s[r] + (first + q) * register_lanes);
+        }
+        for (std::size_t k = 0; k < r; ++k) {
+          const Register g = hn::Set(tag, block.gram[r][k]);
+          for (std::size_t q = 0; q < at_once; ++q) {
+            w[q] = hn::Sub(w[q], hn::Mul(g, hn::LoadU(tag, s[k] + (first + q) * register_lanes)));
+          }
+        }
+        const Register inverse = hn::Set(tag, block.inverse[r]);
+        for (std::size_t q = 0; q < at_once; ++q) {
+          hn::StoreU(hn::Mul(w[q], inverse), tag, s[r] + (first + q) * register_lanes);
+        }
+      }
+    }
+  }
+
+  // v(k) := v(k) - Σ u_r(k)·w(r), r ascending, for Registers registers of rows of a tile's columns.
+  template <std::size_t Registers>
+  HWY_INLINE void update_tile(std::size_t count, const double* const* u, double* const* v, const double* w,
+                              std::size_t k) const {
+    Register x[tile_columns][Registers];
+    for (std::size_t c = 0; c < tile_columns; ++c) {
+      for (std::size_t q = 0; q < Registers; ++q) {
+        x[c][q] = hn::LoadU(tag, v[c] + k + q * register_lanes);
+      }
+    }
+    for (std::size_t r = 0; r < count; ++r) {
+      Register ur[Registers];
+      for (std::size_t q = 0; q < Registers; ++q) {
+        ur[q] = hn::LoadU(tag, u[r] + k + q * register_lanes);
+      }
+#pragma GCC unroll 6
+      for (std::size_t c = 0; c < tile_columns; ++c) {
+        const Register factor = hn::Set(tag, w[c]);
+        for (std::size_t q = 0; q < Registers; ++q) {
+          x[c][q] = hn::Sub(x[c][q], hn::Mul(factor, ur[q]));
+        }
+      }
+      w += panel_columns;
+    }
+    for (std::size_t c = 0; c < tile_columns; ++c) {
+      for (std::size_t q = 0; q < Registers; ++q) {
+        hn::StoreU(x[c][q], tag, v[c] + k + q * register_lanes);
+      }
+    }
+  }
+
+  void update(std::size_t count, std::size_t length, const double* const* u, double* const* v) const {
+    constexpr std::size_t step = tile_registers * register_lanes;
+    std::size_t k = 0;
+    for (; k + step <= length; k += step) {
+      for (std::size_t c = 0; c < columns; c += tile_columns) {
+        update_tile<tile_registers>(count, u, v + c, s[0] + c, k);
+      }
+    }
+    for (; k < length; k += register_lanes) {
+      for (std::size_t c = 0; c < columns; c += tile_columns) {
+        update_tile<1>(count, u, v + c, s[0] + c, k);
+      }
+    }
+  }
+
+  // At most panel_columns columns of V, of which v is the first.
+  void reflect(std::size_t n, double* v, std::size_t these, const ReflectorBlock& block) {
+    columns = (these + tile_columns - 1) / tile_columns * tile_columns;
+    const std::size_t own_tail = block.end - block.common;
+    for (std::size_t c = 0; c < columns; ++c) {
+      head[c] = v + (c < these ? c : these - 1) * n;
+      tail[c] = copy[c];
+      for (std::size_t k = 0; k < tail_elements; ++k) {
+        copy[c][k] = k < own_tail ? head[c][block.common + k] : 0.0;
+      }
+    }
+    multiply(block);
+    solve(block);
+    update(block.count, block.common, block.u.head, head);
+    update(block.count, block.tail_length(), block.u.tail, tail);
+    for (std::size_t c = 0; c < these; ++c) {
+      for (std::size_t k = 0; k < own_tail; ++k) {
+        head[c][block.common + k] = copy[c][k];
+      }
+    }
+  }
+};
+
 void reflect(std::size_t n, const double* a, double* v) {
-  for (std::size_t first = 2; first < n;) {
-    const double* const block = a + first * (first + 1) / 2;
-    std::size_t last = first;
-    for (std::size_t elements = 0; last < n && elements < reflector_block_elements; ++last) {
-      elements += last + 1;
+  ReflectorBlock block;
+  ReflectedPanel panel;
+  for (std::size_t q = 0; q < block_rows * panel_columns; ++q) {
+    panel.s[q / panel_columns][q % panel_columns] = 0.0;
+  }
+  for (std::size_t first = 2; first < n; first += block_rows) {
+    gather(a + first * (first + 1) / 2, first, HWY_MIN(n, first + block_rows), block);
+    for (std::size_t j = 0; j < n && block.count != 0; j += panel_columns) {
+      panel.reflect(n, v + j * n, HWY_MIN(panel_columns, n - j), block);
     }
-    std::size_t j = 0;
-    for (; j + columns_at_once <= n; j += columns_at_once) {
-      reflect_columns<columns_at_once>(n, block, first, last, v + j * n);
-    }
-    for (; j < n; ++j) {
-      reflect_columns<1>(n, block, first, last, v + j * n);
-    }
-    first = last;
   }
 }
 

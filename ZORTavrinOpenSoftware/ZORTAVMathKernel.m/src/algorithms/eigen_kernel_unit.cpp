@@ -3,6 +3,7 @@
 #include "dispatch/kernel_unit.h"
 // the inner loops, each beside its routine
 #include "algorithms/eaxeql_kernel.h"
+#include "algorithms/eaxeql_sweep_kernel.h"
 #include "algorithms/eaxetr_kernel.h"
 #include "algorithms/eaxevp_kernel.h"
 #include "algorithms/eigen_kernel_table.h"
@@ -13,6 +14,7 @@ const EigenKernelTable eigen_kernel_table{
     .update = update,
     .multiply = multiply,
     .update_and_multiply = update_and_multiply,
+    .sweep = sweep,
     .rotate = rotate,
     .reflect = reflect,
 };

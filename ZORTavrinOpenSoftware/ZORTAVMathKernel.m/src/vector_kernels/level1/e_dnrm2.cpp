@@ -17,6 +17,8 @@ namespace {
 constexpr double cutlo = 8.232e-11;
 constexpr double cuthi = 1.304e19;
 
+constexpr std::int64_t group = 8;
+
 // xmax²·sum is what has been summed so far.
 struct ScaledSum {
   double xmax;
@@ -65,6 +67,17 @@ double e_dnrm2(const int32_t* n, const double* x, const int32_t* incx) {
       return small.root();
     }
     sum = (small.sum * small.xmax) * small.xmax;
+  }
+  // Eight comparisons apart from the additions, which then wait for nothing but each other.
+  for (bool all = true; all && i + group <= count;) {
+    for (std::int64_t k = i; k < i + group; ++k) {
+      all = all & (std::fabs(at(k)) < hitest);
+    }
+    if (all) {
+      for (const std::int64_t end = i + group; i < end; ++i) {
+        sum += at(i) * at(i);
+      }
+    }
   }
   for (; i < count && std::fabs(at(i)) < hitest; ++i) {
     sum += at(i) * at(i);

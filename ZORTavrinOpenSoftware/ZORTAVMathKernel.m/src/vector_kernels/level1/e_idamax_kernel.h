@@ -20,16 +20,22 @@ std::size_t first_of_magnitude(D d, std::size_t n, const double* x, double size)
       return first_of_magnitude(hn::CappedTag<double, lanes / 2>(), n, x, size);
     }
     const auto wanted = hn::Set(d, size);
+    const auto hits = [&](std::size_t at) HWY_ATTR { return hn::Eq(hn::Abs(hn::LoadU(d, x + at)), wanted); };
     std::size_t i = 0;
+    // Four vectors without a hit are passed over together.
+    while (i + 4 * lanes < n && hn::AllFalse(d, hn::Or(hn::Or(hits(i), hits(i + lanes)),
+                                                       hn::Or(hits(i + 2 * lanes), hits(i + 3 * lanes))))) {
+      i += 4 * lanes;
+    }
     for (; i + lanes < n; i += lanes) {
-      const auto hit = hn::FindFirstTrue(d, hn::Eq(hn::Abs(hn::LoadU(d, x + i)), wanted));
+      const auto hit = hn::FindFirstTrue(d, hits(i));
       if (hit >= 0) {
         return i + static_cast<std::size_t>(hit);
       }
     }
     // Ends with the last element; what it repeats of the one before holds no hit.
     i = n - lanes;
-    return i + static_cast<std::size_t>(hn::FindFirstTrue(d, hn::Eq(hn::Abs(hn::LoadU(d, x + i)), wanted)));
+    return i + static_cast<std::size_t>(hn::FindFirstTrue(d, hits(i)));
   }
 }
 
