@@ -44,6 +44,8 @@ TEST_F(MatrixMarket, EveryFormOfOneMatrixReadsTheSame) {
       coordinate + "symmetric\n3 3 5\n1 1 4\n2 2 5\n3 3 6\n3 1 1\n3 2 -2.5e-1\n",
       coordinate + "symmetric\r\n% a comment\r\n\r\n3 3 5\r\n3 2 -0.25\r\n3 3 +6.0\r\n3 1 1\r\n\r\n2 2 5.\r\n1 1 4\r\n",
       coordinate + "general\n3 3 7\n1 1 4\n1 3 1\n3 1 1\n2 2 5\n2 3 -.25\n3 2 -.25\n3 3 6",
+      "%%matrixMarket matrix array real symmetric\n3 3\n4\n0\n1\n5\n-0.25\n6\n",
+      "\t%%matrixmarket Matrix ARRAY real symmetric \r\n3 3\n4\n0\n1\n5\n-0.25\n6\n",
       "%%matrixmarket MATRIX Coordinate Real Symmetric\n  3\t3 5\n 1 1\t4 \n2 2 5\n3 3 6\n3 1 1\n% c\n3 2 -.25\n",
       "%%MatrixMarket matrix array real general\n3 3\n4\n0\n1\n0\n5\n-0.25\n1\n-0.25\n6\n",
       "%%MatrixMarket matrix array real symmetric\n3 3\n4\n0\n1\n5\n-0.25\n6\n",

@@ -5,10 +5,13 @@
 #include <suitesparse/cholmod.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <tuple>
 
 #include "structure/input_error.h"
@@ -102,12 +105,42 @@ Triplets from_array(const std::string& path, const cholmod_dense& d, std::int32_
   return triplets;
 }
 
-Triplets read_triplets(const std::string& path, std::int32_t wanted) {
-  check_matrix_market(path);
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "r"), &std::fclose);
-  if (!file) {
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+// CHOLMOD knows the banner in one spelling; under another it guesses what follows, and leaks memory where that fails.
+// The file, or a copy that begins as CHOLMOD wants it.
+File with_plain_banner(const std::string& path) {
+  std::ifstream source(path, std::ios::binary);
+  std::string banner;
+  std::getline(source, banner);
+  std::istringstream words(banner);
+  std::string plain = "%%MatrixMarket";
+  std::string word;
+  for (words >> word; words >> word;) {
+    std::transform(word.begin(), word.end(), word.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    plain += " " + word;
+  }
+  if (plain == banner) {
+    source.close();
+  }
+  File file(plain == banner ? std::fopen(path.c_str(), "r") : std::tmpfile(), &std::fclose);
+  if (file && source.is_open()) {
+    std::fputs((plain + "\n").c_str(), file.get());
+    for (std::string line; std::getline(source, line);) {
+      std::fputs((line + "\n").c_str(), file.get());
+    }
+    std::rewind(file.get());
+  }
+  if (!file || std::ferror(file.get()) != 0) {
     throw InputError(path + ": the file cannot be read");
   }
+  return file;
+}
+
+Triplets read_triplets(const std::string& path, std::int32_t wanted) {
+  check_matrix_market(path);
+  const File file = with_plain_banner(path);
   Cholmod cholmod;
   int type = 0;
   void* read = cholmod_read_matrix(file.get(), 0, &type, cholmod.common());
