@@ -117,7 +117,8 @@ ZORTAV_ENTRY void eaxeor(const int32_t* ord, const int32_t* n, double* d, double
  * The rows 3..34, 35..66, ... are applied together. With u1, u2, ... the reflectors of such a block, every sum (8) and
  * over k from 1 to the length of the longest, where shorter ones count as continued by zeros: s(r) = Σ ur(k)·v(k);
  * w(r) = (s(r) − Σ g(r,q)·w(q))·(1/h(r)) over q < r, one after the other, with g(r,q) = Σ ur(k)·uq(k); then v(k) := v(k)
- * − Σ ur(k)·w(r), r ascending, one after the other.
+ * − Σ ur(k)·w(r), r ascending, one after the other. So an infinity or a NaN in a row of V up to the length of a block's
+ * longest reflector reaches what its shorter ones change, too.
  *
  * @param n [in] order of A and V; below 3 nothing is touched.
  * @param a [in] packed by rows, n(n+1)/2 elements, as eaxetr leaves it; rows 1 and 2 are not read.
