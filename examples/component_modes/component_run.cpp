@@ -126,6 +126,7 @@ class Run {
 
     if (map != nullptr) {
       std::vector<std::vector<std::int32_t>> interface;
+      interface.reserve(at(options_.parts));
       for (int p = 0; p < options_.parts; ++p) {
         interface.push_back(interface_unknowns(map->of(p)));
       }

@@ -7,7 +7,7 @@ namespace component {
 
 std::vector<double> residuals(Ranks& ranks, const PartOwners& owners, OwnParts& own, const ReducedProblem* reduced,
                               std::span<const double> eigenvalue) {
-  ForceSums sums(static_cast<int>(eigenvalue.size()), reduced != nullptr ? reduced->joint_unknowns() : 0);
+  ForceSums sums(static_cast<int>(eigenvalue.size()), ranks.is_root() ? reduced->joint_unknowns() : 0);
   to_root(
       ranks, owners,
       [&](int p) {
