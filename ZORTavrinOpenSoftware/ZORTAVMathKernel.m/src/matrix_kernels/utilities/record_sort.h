@@ -46,7 +46,7 @@ class RecordSort {
     Position hi;
   };
   struct FixedRecord {
-    std::array<std::int32_t, Width == 0 ? 1 : Width> integers;
+    std::array<std::int32_t, std::max(Width, decltype(Width){1})> integers;
   };
 
   static constexpr Position block = 64;
@@ -113,8 +113,8 @@ class RecordSort {
       smaller = (smaller >> 1) | (static_cast<std::uint64_t>(past_pivot) & sign);
       larger = 2 * larger + (static_cast<std::uint64_t>(-past_pivot) >> (block - 1));
     }
-    smaller >>= block - 1 - last;
-    const std::uint64_t larger_before = larger >> (last - at) >> 1;
+    smaller >>= (block - 1 - last) & (block - 1);
+    const std::uint64_t larger_before = larger >> ((last - at) & (block - 1)) >> 1;
     const std::uint64_t smaller_behind = smaller >> at >> 1;
     if ((larger_before | smaller_behind) == 0) {
       return pivot;
