@@ -120,6 +120,7 @@ Structure tapered_membrane(int nx, int ny, int parts) {
     mesh = tapered_membrane_part(nx, ny, 1, 0);
   } else {
     std::vector<Mesh> part;
+    part.reserve(static_cast<std::size_t>(parts));
     for (int p = 0; p < parts; ++p) {
       part.push_back(tapered_membrane_part(nx, ny, parts, p));
     }
