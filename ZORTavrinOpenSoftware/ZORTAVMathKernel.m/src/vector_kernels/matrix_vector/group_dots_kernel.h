@@ -11,10 +11,12 @@
 //
 // Without a step the groups are added to beta·y one at a time.
 //
-// A group's four rows are neighbours in memory, but their sum runs through them one by one. So two columns are
-// multiplied as they lie and their products interleaved, until a register holds one product of each group, the two
-// columns in turn. Included by matrix_vector_kernel_unit.cpp only.
+// A group's four rows are neighbours in memory, but their sum runs through them one by one. So as many columns as a
+// register holds, at most four, are multiplied as they lie and their products transposed: a register then holds one
+// product of each column, or of two groups of each. Included by matrix_vector_kernel_unit.cpp only.
 #pragma once
+
+#include <hwy/cache_control.h>
 
 #include <cstddef>
 
@@ -25,158 +27,189 @@ namespace zortav::ZORTAV_LEVEL {
 namespace {
 
 constexpr std::size_t rows_per_group = 4;
-constexpr std::size_t groups_per_step = 8;
+constexpr std::size_t rows_per_step = 8 * rows_per_group;
 constexpr std::size_t running_sums = 4;
 
-using GroupTag = hn::CappedTag<double, rows_per_group>;
+// One lane a column.
+using ColumnTag = hn::CappedTag<double, 4>;
+using ColumnVec = hn::Vec<ColumnTag>;
+constexpr std::size_t columns_abreast = hn::MaxLanes(ColumnTag());
+
+// One lane a column and group.
+using GroupTag = hn::CappedTag<double, 8>;
 using GroupVec = hn::Vec<GroupTag>;
-using PairTag = hn::CappedTag<double, 2>;
-using PairVec = hn::Vec<PairTag>;
-constexpr std::size_t group_width = hn::MaxLanes(GroupTag());
-constexpr std::size_t groups_at_once = group_width / 2;
-constexpr std::size_t rows_at_once = groups_at_once * rows_per_group;
-constexpr std::size_t loads_at_once = rows_at_once / group_width;
+constexpr std::size_t groups_at_once = hn::MaxLanes(GroupTag()) / columns_abreast;
+constexpr std::size_t sum_registers = running_sums / groups_at_once;
 
-// The products of `group_width` rows of columns p and q, interleaved: those of the 1st row, of the 3rd, ... and those
-// of the 2nd, of the 4th, ...
-struct Products {
-  GroupVec odd;
-  GroupVec even;
-};
-
-HWY_INLINE Products products(const double* p, const double* q, GroupVec x) {
-  const GroupTag d;
-  const GroupVec of_p = hn::Mul(hn::LoadU(d, p), x);
-  const GroupVec of_q = hn::Mul(hn::LoadU(d, q), x);
-  return {hn::InterleaveLower(d, of_p, of_q), hn::InterleaveUpper(d, of_p, of_q)};
-}
-
-// g of the first group of p, of q, then of the second group of p, of q, if there is a second.
-HWY_INLINE GroupVec group_terms(const double* p, const double* q, const GroupVec (&x)[loads_at_once]) {
-  const Products first = products(p, q, x[0]);
-  const Products last = products(p + group_width, q + group_width, x[1]);
-  if constexpr (group_width == 4) {
-    const GroupTag d;
-    const GroupVec two = hn::ConcatLowerLower(d, hn::Add(last.odd, last.even), hn::Add(first.odd, first.even));
-    const GroupVec three = hn::Add(two, hn::ConcatUpperUpper(d, last.odd, first.odd));
-    return hn::Add(three, hn::ConcatUpperUpper(d, last.even, first.even));
+// The 2nd, 4th, ... pair of neighbouring elements of both, or the 1st, 3rd, ...; Highway has no name for it. Pairs of
+// two groups stand in the order: the first two columns of the 1st group, of the 2nd, the last two columns likewise.
+template <std::size_t offset, class D>
+HWY_INLINE hn::Vec<D> pairs(D d, hn::Vec<D> high, hn::Vec<D> low) {
+  if constexpr (hn::MaxLanes(d) == 8) {
+    return hn::Vec<D>{__builtin_shufflevector(low.raw, high.raw, 0 + offset, 1 + offset, 4 + offset, 5 + offset,
+                                              8 + offset, 9 + offset, 12 + offset, 13 + offset)};
+  } else if constexpr (offset == 0) {
+    return hn::ConcatLowerLower(d, high, low);
   } else {
-    return hn::Add(hn::Add(hn::Add(first.odd, first.even), last.odd), last.even);
+    return hn::ConcatUpperUpper(d, high, low);
   }
 }
 
-HWY_INLINE void load_rows(const double* x, GroupVec (&xs)[loads_at_once]) {
-  for (std::size_t k = 0; k < loads_at_once; ++k) {
-    xs[k] = hn::LoadU(GroupTag(), x + k * group_width);
+// The sums of `columns_abreast` columns, in the place of the first group.
+template <class D>
+HWY_INLINE hn::Vec<D> in_first_group(D d, ColumnVec sums) {
+  if constexpr (hn::MaxLanes(d) == 8) {
+    const auto wide = hn::ZeroExtendVector(d, sums);
+    return hn::Vec<D>{__builtin_shufflevector(wide.raw, wide.raw, 0, 1, 4, 5, 2, 3, 6, 7)};
+  } else {
+    return sums;
   }
 }
 
-// Takes `rows` rows of the columns, in whole steps; sums[j] goes from s1 of column j to the sum of its four.
-template <std::size_t column_pairs>
-HWY_INLINE void sum_steps(std::size_t rows, double alpha, const double* const* column, const double* x, double* sums) {
+// (s1 + s3) + (s2 + s4) of each column.
+template <class D>
+HWY_INLINE ColumnVec total(D d, const hn::Vec<D> (&s)[sum_registers]) {
+  if constexpr (hn::MaxLanes(d) == 8) {
+    const auto both = hn::Add(s[0], s[1]);
+    const auto sums = hn::Add(both, hn::SwapAdjacentBlocks(both));
+    return hn::LowerHalf(hn::Vec<D>{__builtin_shufflevector(sums.raw, sums.raw, 0, 1, 4, 5, 0, 1, 4, 5)});
+  } else {
+    return hn::Add(hn::Add(s[0], s[2]), hn::Add(s[1], s[3]));
+  }
+}
+
+// g of each column, of one group or of two.
+template <class D>
+HWY_INLINE hn::Vec<D> group_terms(D d, const double* const* column, std::size_t i, const double* x) {
+  constexpr std::size_t width = hn::MaxLanes(D());
+  const auto product = [&](std::size_t j, std::size_t row)
+                           HWY_ATTR { return hn::Mul(hn::LoadU(d, column[j] + i + row), hn::LoadU(d, x + i + row)); };
+  const auto first = product(0, 0);
+  const auto second = product(1, 0);
+  if constexpr (width == 2) {
+    const auto first_below = product(0, width);
+    const auto second_below = product(1, width);
+    const auto two = hn::Add(hn::InterleaveLower(d, first, second), hn::InterleaveUpper(d, first, second));
+    const auto three = hn::Add(two, hn::InterleaveLower(d, first_below, second_below));
+    return hn::Add(three, hn::InterleaveUpper(d, first_below, second_below));
+  } else {
+    const auto third = product(2, 0);
+    const auto fourth = product(3, 0);
+    const auto odd_low = hn::InterleaveLower(d, first, second);
+    const auto even_low = hn::InterleaveUpper(d, first, second);
+    const auto odd_high = hn::InterleaveLower(d, third, fourth);
+    const auto even_high = hn::InterleaveUpper(d, third, fourth);
+    const auto two = hn::Add(pairs<0>(d, odd_high, odd_low), pairs<0>(d, even_high, even_low));
+    const auto three = hn::Add(two, pairs<2>(d, odd_high, odd_low));
+    return hn::Add(three, pairs<2>(d, even_high, even_low));
+  }
+}
+
+// Takes `rows` rows of the columns, in whole steps; the lanes of the columns go from s1 to the sum of all four. A
+// function of its own, so that its pointers stay in registers.
+template <std::size_t blocks, std::size_t rows_ahead>
+HWY_NOINLINE void sum_steps(std::size_t rows, double alpha, const double* const* column, const double* x,
+                            double* lanes) {
   const GroupTag d;
-  constexpr std::size_t registers = 2 * running_sums / group_width;
-  double lane[2 * running_sums] = {};
-  GroupVec s[column_pairs][registers];
-  for (std::size_t j = 0; j < column_pairs; ++j) {
-    lane[0] = sums[2 * j];
-    lane[1] = sums[2 * j + 1];
-    for (std::size_t r = 0; r < registers; ++r) {
-      s[j][r] = hn::LoadU(d, lane + r * group_width);
+  const ColumnTag lane;
+  constexpr std::size_t rows_at_once = groups_at_once * rows_per_group;
+  constexpr std::size_t line = 8;
+  GroupVec s[blocks][sum_registers];
+#pragma GCC unroll 8
+  for (std::size_t b = 0; b < blocks; ++b) {
+#pragma GCC unroll 4
+    for (std::size_t r = 0; r < sum_registers; ++r) {
+      s[b][r] = r == 0 ? in_first_group(d, hn::LoadU(lane, lanes + b * columns_abreast)) : hn::Zero(d);
     }
   }
   const GroupVec scale = hn::Set(d, alpha);
-  for (std::size_t i = 0; i < rows;) {
-    for (std::size_t r = 0; r < registers; ++r, i += rows_at_once) {
-      GroupVec xs[loads_at_once];
-      load_rows(x + i, xs);
-      for (std::size_t j = 0; j < column_pairs; ++j) {
-        const GroupVec g = group_terms(column[2 * j] + i, column[2 * j + 1] + i, xs);
-        s[j][r] = hn::Add(s[j][r], hn::Mul(scale, g));
+#pragma GCC unroll 1
+  for (std::size_t i = 0; i < rows; i += sum_registers * rows_at_once) {
+    if constexpr (rows_ahead > 0) {
+#pragma GCC unroll 8
+      for (std::size_t j = 0; j < blocks * columns_abreast; ++j) {
+#pragma GCC unroll 2
+        for (std::size_t at = 0; at < sum_registers * rows_at_once; at += line) {
+          hwy::Prefetch(column[j] + i + rows_ahead + at);
+        }
+      }
+    }
+#pragma GCC unroll 4
+    for (std::size_t r = 0; r < sum_registers; ++r) {
+#pragma GCC unroll 8
+      for (std::size_t b = 0; b < blocks; ++b) {
+        const GroupVec g = group_terms(d, column + b * columns_abreast, i + r * rows_at_once, x);
+        s[b][r] = hn::Add(s[b][r], hn::Mul(scale, g));
       }
     }
   }
-  for (std::size_t j = 0; j < column_pairs; ++j) {
-    for (std::size_t r = 0; r < registers; ++r) {
-      hn::StoreU(s[j][r], d, lane + r * group_width);
-    }
-    sums[2 * j] = (lane[0] + lane[4]) + (lane[2] + lane[6]);
-    sums[2 * j + 1] = (lane[1] + lane[5]) + (lane[3] + lane[7]);
+#pragma GCC unroll 8
+  for (std::size_t b = 0; b < blocks; ++b) {
+    hn::StoreU(total(d, s[b]), lane, lanes + b * columns_abreast);
   }
 }
 
-template <class D>
-HWY_INLINE PairVec add_group_by_group(D d, PairVec sums, hn::Vec<D> terms) {
-  if constexpr (hn::MaxLanes(d) == 4) {
-    return hn::Add(hn::Add(sums, hn::LowerHalf(terms)), hn::UpperHalf(PairTag(), terms));
-  } else {
-    return hn::Add(sums, terms);
-  }
-}
-
-// Adds the products of the groups in the rows from..to-1 to the sums one at a time.
-template <std::size_t column_pairs>
-HWY_INLINE void sum_groups(std::size_t from, std::size_t to, double alpha, const double* const* column, const double* x,
-                           double* sums) {
-  const GroupTag d;
-  const PairTag pair;
-  std::size_t i = from;
-  for (; i + rows_at_once <= to; i += rows_at_once) {
-    GroupVec xs[loads_at_once];
-    load_rows(x + i, xs);
-    for (std::size_t j = 0; j < column_pairs; ++j) {
-      const GroupVec terms = hn::Mul(hn::Set(d, alpha), group_terms(column[2 * j] + i, column[2 * j + 1] + i, xs));
-      PairVec sum = hn::LoadU(pair, sums + 2 * j);
-      sum = add_group_by_group(d, sum, terms);
-      hn::StoreU(sum, pair, sums + 2 * j);
-    }
-  }
-  for (; i < to; i += rows_per_group) {
-    for (std::size_t j = 0; j < 2 * column_pairs; ++j) {
-      double g = element(column[j] + i, 0) * element(x + i, 0);
-      for (std::int64_t k = 1; k < 4; ++k) {
-        g += element(column[j] + i, k) * element(x + i, k);
-      }
-      sums[j] += alpha * g;
-    }
-  }
-}
-
-// `count` columns, of which an odd last one is worked on twice.
-template <std::size_t column_pairs>
-HWY_INLINE void visit_group_dots(std::size_t groups, std::size_t count, double alpha, const double* a,
-                                 std::ptrdiff_t lda, const double* x, double beta, double* y) {
-  constexpr std::size_t columns = 2 * column_pairs;
-  const double* column[columns];
-  double sums[columns];
-  for (std::size_t j = 0; j < columns; ++j) {
-    const std::size_t real = j < count ? j : count - 1;
-    column[j] = a + static_cast<std::ptrdiff_t>(real) * lda;
-    sums[j] = beta * element(y + real, 0);
+// Sums of `blocks` times `columns_abreast` columns: sums := beta·sums + alpha·Aᵀ·x.
+template <std::size_t blocks, std::size_t rows_ahead>
+HWY_INLINE void visit_group_dots(std::size_t groups, double alpha, const double* const* column, const double* x,
+                                 double beta, double* sums) {
+  const ColumnTag d;
+  for (std::size_t b = 0; b < blocks; ++b) {
+    double* const own = sums + b * columns_abreast;
+    hn::StoreU(hn::Mul(hn::Set(d, beta), hn::LoadU(d, own)), d, own);
   }
   const std::size_t rows = groups * rows_per_group;
-  const std::size_t in_steps = rows - rows % (groups_per_step * rows_per_group);
+  const std::size_t in_steps = rows - rows % rows_per_step;
   if (in_steps > 0) {
-    sum_steps<column_pairs>(in_steps, alpha, column, x, sums);
+    sum_steps<blocks, rows_ahead>(in_steps, alpha, column, x, sums);
   }
-  sum_groups<column_pairs>(in_steps, rows, alpha, column, x, sums);
-  for (std::size_t j = 0; j < count; ++j) {
-    set_element(y + j, 0, sums[j]);
+  if (in_steps == rows) {
+    return;
+  }
+  for (std::size_t b = 0; b < blocks; ++b) {
+    double* const own = sums + b * columns_abreast;
+    ColumnVec sum = hn::LoadU(d, own);
+#pragma GCC unroll 1
+    for (std::size_t i = in_steps; i < rows; i += rows_per_group) {
+      sum = hn::Add(sum, hn::Mul(hn::Set(d, alpha), group_terms(d, column + b * columns_abreast, i, x)));
+    }
+    hn::StoreU(sum, d, own);
   }
 }
 
 void group_dots(std::size_t groups, std::size_t columns, double alpha, const double* a, std::ptrdiff_t lda,
                 const double* x, double beta, double* y) {
-  // More columns share the loads of x, as long as their running sums stay in registers.
-  constexpr std::size_t at_a_time = group_width == 4 ? 8 : 4;
+  // Long columns most likely come from memory, and asking for them ahead pays; nearer ones the processor foresees.
+  constexpr std::size_t far_groups = 300;
+  constexpr std::size_t rows_ahead = 32;
+  constexpr std::size_t blocks = 2;
+  constexpr std::size_t at_a_time = blocks * columns_abreast;
+  const double* column[at_a_time];
   for (; columns >= at_a_time; columns -= at_a_time) {
-    visit_group_dots<at_a_time / 2>(groups, at_a_time, alpha, a, lda, x, beta, y);
+    for (std::size_t j = 0; j < at_a_time; ++j) {
+      column[j] = a + static_cast<std::ptrdiff_t>(j) * lda;
+    }
+    if (groups >= far_groups) {
+      visit_group_dots<blocks, rows_ahead>(groups, alpha, column, x, beta, y);
+    } else {
+      visit_group_dots<blocks, 0>(groups, alpha, column, x, beta, y);
+    }
     a += static_cast<std::ptrdiff_t>(at_a_time) * lda;
     y += at_a_time;
   }
+  // The last of fewer columns is worked on again.
   while (columns > 0) {
-    const std::size_t count = columns >= 2 ? 2 : 1;
-    visit_group_dots<1>(groups, count, alpha, a, lda, x, beta, y);
+    const std::size_t count = columns < columns_abreast ? columns : columns_abreast;
+    double sums[columns_abreast];
+    for (std::size_t j = 0; j < columns_abreast; ++j) {
+      const std::size_t real = j < count ? j : count - 1;
+      column[j] = a + static_cast<std::ptrdiff_t>(real) * lda;
+      sums[j] = element(y + real, 0);
+    }
+    visit_group_dots<1, 0>(groups, alpha, column, x, beta, sums);
+    for (std::size_t j = 0; j < count; ++j) {
+      set_element(y + j, 0, sums[j]);
+    }
     a += static_cast<std::ptrdiff_t>(count) * lda;
     y += count;
     columns -= count;
