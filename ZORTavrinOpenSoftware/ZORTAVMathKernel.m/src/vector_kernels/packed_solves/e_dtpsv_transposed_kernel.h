@@ -14,14 +14,18 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// Sums that run side by side; fewer would wait for the additions' latency.
-constexpr std::size_t columns_per_sum = 16;
+// The triangle on the diagonal is solved for this many columns at a time.
+constexpr std::size_t columns_per_group = 16;
 
 // Squares wider than four take more shuffles an element than they save.
 using SquareTag = hn::CappedTag<double, 4>;
 using SquareRow = hn::Vec<SquareTag>;
 constexpr std::size_t square = hn::MaxLanes(SquareTag());
-constexpr std::size_t squares_per_sum = columns_per_sum / square;
+
+// Columns whose sums run side by side: fewer would wait for their additions, the pointers of more would not stay in
+// registers.
+constexpr std::size_t columns_abreast = 8;
+constexpr std::size_t squares_abreast = columns_abreast / square;
 
 HWY_INLINE void transpose(SquareRow (&row)[square]) {
   const SquareTag d;
@@ -41,45 +45,62 @@ HWY_INLINE void transpose(SquareRow (&row)[square]) {
   }
 }
 
-struct Ascending {
+// In which direction the rows of a triangle are walked.
+struct Upper {
+  static constexpr std::size_t onward = square;
   static constexpr std::size_t row(std::size_t k) { return k; }
 };
-struct Descending {
+struct Lower {
+  static constexpr std::size_t onward = 0 - square;
   static constexpr std::size_t row(std::size_t k) { return square - 1 - k; }
 };
 
-// sum(c) := sum(c) - column[c](i)·x(i) for `square` rows from i0 on.
-template <class Order>
-HWY_INLINE void subtract_squares(const double* const* column, std::size_t i0, const double* x,
-                                 SquareRow (&sum)[squares_per_sum]) {
+// t(c) := t(c) - the sum of column(c)(i)·x(i) over the rows of as many squares, of which the first to be taken
+// starts at row i. The elements are multiplied as they lie and their products transposed, so that one load of x serves
+// all columns; then the squares take turns, as each waits for its own last subtraction. A function of its own, so that
+// all of it stays in registers.
+template <class Triangle>
+HWY_NOINLINE void subtract_abreast(const double* const* column, std::size_t i, std::size_t squares, const double* x,
+                                   double* t) {
   const SquareTag d;
-  SquareRow xi[square];
-  for (std::size_t k = 0; k < square; ++k) {
-    xi[k] = hn::Set(d, x[i0 + k]);
+  SquareRow sum[squares_abreast];
+#pragma GCC unroll 8
+  for (std::size_t s = 0; s < squares_abreast; ++s) {
+    sum[s] = hn::LoadU(d, t + s * square);
   }
-  for (std::size_t s = 0; s < squares_per_sum; ++s) {
-    SquareRow row[square];
-    for (std::size_t k = 0; k < square; ++k) {
-      row[k] = hn::LoadU(d, column[s * square + k] + i0);
+#pragma GCC unroll 1
+  for (; squares > 0; --squares) {
+    const SquareRow xi = hn::LoadU(d, x + i);
+    SquareRow product[squares_abreast][square];
+#pragma GCC unroll 8
+    for (std::size_t s = 0; s < squares_abreast; ++s) {
+#pragma GCC unroll 4
+      for (std::size_t k = 0; k < square; ++k) {
+        product[s][k] = hn::Mul(hn::LoadU(d, column[s * square + k] + i), xi);
+      }
+      transpose(product[s]);
     }
-    transpose(row);
+#pragma GCC unroll 4
     for (std::size_t k = 0; k < square; ++k) {
-      sum[s] = hn::Sub(sum[s], hn::Mul(row[Order::row(k)], xi[Order::row(k)]));
+#pragma GCC unroll 8
+      for (std::size_t s = 0; s < squares_abreast; ++s) {
+        sum[s] = hn::Sub(sum[s], product[s][Triangle::row(k)]);
+      }
     }
+    i += Triangle::onward;
+  }
+#pragma GCC unroll 8
+  for (std::size_t s = 0; s < squares_abreast; ++s) {
+    hn::StoreU(sum[s], d, t + s * square);
   }
 }
 
-// t := x - the sums of the columns over the rows that pass(sum) walks.
-template <class Pass>
-HWY_INLINE void subtract_sums(const double* x, double* t, const Pass& pass) {
-  const SquareTag d;
-  SquareRow sum[squares_per_sum];
-  for (std::size_t s = 0; s < squares_per_sum; ++s) {
-    sum[s] = hn::LoadU(d, x + s * square);
-  }
-  pass(sum);
-  for (std::size_t s = 0; s < squares_per_sum; ++s) {
-    hn::StoreU(sum[s], d, t + s * square);
+// The same for all columns of a group.
+template <class Triangle>
+HWY_INLINE void subtract_squares(const double* const* column, std::size_t i, std::size_t squares, const double* x,
+                                 double* t) {
+  for (std::size_t c = 0; c < columns_per_group; c += columns_abreast) {
+    subtract_abreast<Triangle>(column + c, i, squares, x, t + c);
   }
 }
 
@@ -89,7 +110,7 @@ HWY_INLINE double solved(double sum, const double* diagonal_element, Diagonal di
 }
 
 void solve_upper_transposed(std::size_t n, const double* ap, Diagonal diagonal, double* x) {
-  std::size_t begin = n % columns_per_sum;
+  std::size_t begin = n % columns_per_group;
   for (std::size_t j = 0; j < begin; ++j) {
     const double* const column = upper_column(ap, j);
     double sum = x[j];
@@ -98,26 +119,23 @@ void solve_upper_transposed(std::size_t n, const double* ap, Diagonal diagonal, 
     }
     x[j] = solved(sum, column + j, diagonal);
   }
-  for (; begin < n; begin += columns_per_sum) {
-    const double* column[columns_per_sum];
-    double t[columns_per_sum];
-    for (std::size_t c = 0; c < columns_per_sum; ++c) {
+  for (; begin < n; begin += columns_per_group) {
+    const double* column[columns_per_group];
+    double t[columns_per_group];
+    for (std::size_t c = 0; c < columns_per_group; ++c) {
       column[c] = upper_column(ap, begin + c);
+      t[c] = x[begin + c];
     }
     const std::size_t whole = begin / square * square;
-    subtract_sums(x + begin, t, [&](SquareRow(&sum)[squares_per_sum]) HWY_ATTR {
-      for (std::size_t i = 0; i < whole; i += square) {
-        subtract_squares<Ascending>(column, i, x, sum);
-      }
-    });
+    subtract_squares<Upper>(column, 0, whole / square, x, t);
     for (std::size_t i = whole; i < begin; ++i) {
-      for (std::size_t c = 0; c < columns_per_sum; ++c) {
+      for (std::size_t c = 0; c < columns_per_group; ++c) {
         t[c] = t[c] - column[c][i] * x[i];
       }
     }
     // The triangle on the diagonal, in registers.
 #pragma GCC unroll 16
-    for (std::size_t c = 0; c < columns_per_sum; ++c) {
+    for (std::size_t c = 0; c < columns_per_group; ++c) {
       const double* const own = column[c] + begin;
 #pragma GCC unroll 16
       for (std::size_t k = 0; k < c; ++k) {
@@ -130,7 +148,7 @@ void solve_upper_transposed(std::size_t n, const double* ap, Diagonal diagonal, 
 }
 
 void solve_lower_transposed(std::size_t n, const double* ap, Diagonal diagonal, double* x) {
-  std::size_t end = n - n % columns_per_sum;
+  std::size_t end = n - n % columns_per_group;
   for (std::size_t j = n; j-- > end;) {
     const double* const column = lower_column(ap, n, j);
     double sum = x[j];
@@ -139,31 +157,28 @@ void solve_lower_transposed(std::size_t n, const double* ap, Diagonal diagonal, 
     }
     x[j] = solved(sum, column + j, diagonal);
   }
-  for (; end > 0; end -= columns_per_sum) {
-    const std::size_t begin = end - columns_per_sum;
-    const double* column[columns_per_sum];
-    double t[columns_per_sum];
-    for (std::size_t c = 0; c < columns_per_sum; ++c) {
+  for (; end > 0; end -= columns_per_group) {
+    const std::size_t begin = end - columns_per_group;
+    const double* column[columns_per_group];
+    double t[columns_per_group];
+    for (std::size_t c = 0; c < columns_per_group; ++c) {
       column[c] = lower_column(ap, n, begin + c);
+      t[c] = x[begin + c];
     }
     const std::size_t whole = n - (n - end) / square * square;  // the rows from here on are in squares
-    subtract_sums(x + begin, t, [&](SquareRow(&sum)[squares_per_sum]) HWY_ATTR {
-      for (std::size_t i = n; i > whole; i -= square) {
-        subtract_squares<Descending>(column, i - square, x, sum);
-      }
-    });
+    subtract_squares<Lower>(column, n - square, (n - whole) / square, x, t);
     for (std::size_t i = whole; i-- > end;) {
-      for (std::size_t c = 0; c < columns_per_sum; ++c) {
+      for (std::size_t c = 0; c < columns_per_group; ++c) {
         t[c] = t[c] - column[c][i] * x[i];
       }
     }
     // The triangle on the diagonal, in registers.
 #pragma GCC unroll 16
-    for (std::size_t step = 1; step <= columns_per_sum; ++step) {
-      const std::size_t c = columns_per_sum - step;
+    for (std::size_t step = 1; step <= columns_per_group; ++step) {
+      const std::size_t c = columns_per_group - step;
       const double* const own = column[c] + begin;
 #pragma GCC unroll 16
-      for (std::size_t k = columns_per_sum - 1; k > c; --k) {
+      for (std::size_t k = columns_per_group - 1; k > c; --k) {
         t[c] = t[c] - own[k] * t[k];
       }
       t[c] = solved(t[c], own + c, diagonal);
