@@ -61,7 +61,7 @@ UpcomingColumns columns_of_a(const Pass& pass, std::ptrdiff_t block) {
 
 // Rows that are gathered only once come straight from A: packed first, they would be copied twice.
 bool skips_packing(const Pass& pass) {
-  return pass.columns <= product_chunk_columns;
+  return pass.columns <= product_chunk_columns || pass.depth < pass.kernels.shallow_depth;
 }
 
 void run_row_block(const Pass& pass, std::ptrdiff_t block, double* p) {
@@ -78,6 +78,7 @@ void run_row_block(const Pass& pass, std::ptrdiff_t block, double* p) {
                                  .columns = pass.columns,
                                  .depth = pass.depth,
                                  .a = a,
+                                 .room = p,
                                  .b = pass.b,
                                  .ldb = pass.ldb,
                                  .beta = pass.beta,

@@ -40,6 +40,7 @@ inline void blocked_product(const Product& x, Team team) {
                               .columns = x.n,
                               .depth = x.k,
                               .a = {x.a, x.lda, x.transpose_a, x.alpha},
+                              .room = nullptr,
                               .b = x.b,
                               .ldb = x.ldb,
                               .beta = x.beta,

@@ -15,6 +15,7 @@
 
 #include "dispatch/kernel_unit.h"
 #include "matrix_kernels/product_kernel_table.h"
+#include "matrix_kernels/product_panel_kernel.h"
 #include "matrix_kernels/product_rows_kernel.h"
 #include "matrix_kernels/product_tile_kernel.h"
 
@@ -93,16 +94,12 @@ void update_rows(const RowBlockUpdate& task, double* t, Fetcher& fetcher) {
   }
   gather_rows<vectors>(task.a, task.rows, task.depth, t);
   constexpr int columns = accumulators / vectors;
-  // Where the depth is small, a tile is too short to announce the next one: C is fetched from further ahead.
-  const bool announces = task.depth >= columns * cache_line_doubles;
-  const bool fetches = !announces && task.columns > columns;
-  const std::ptrdiff_t ahead = fetches ? (1 + fetch_distance / task.depth) * columns : 0;
   const auto tile = [&](std::ptrdiff_t j, std::ptrdiff_t next) __attribute__((always_inline)) {
     return TileUpdate{.depth = task.depth,
                       .t = t,
                       .b = task.b + j * task.ldb,
                       .next_b = task.b + next * task.ldb,
-                      .next_c = announces ? task.c + next * task.ldc : nullptr,
+                      .next_c = task.c + next * task.ldc,
                       .ldb = task.ldb,
                       .beta = task.beta,
                       .c = task.c + j * task.ldc,
@@ -111,11 +108,6 @@ void update_rows(const RowBlockUpdate& task, double* t, Fetcher& fetcher) {
   };
   std::ptrdiff_t j = 0;
   for (; j + columns <= task.columns; j += columns) {
-    if (fetches) {
-      for (std::ptrdiff_t next = j + ahead; next < HWY_MIN(j + ahead + columns, task.columns); ++next) {
-        fetch_column_of_c<vectors * lanes>(task.c + next * task.ldc);
-      }
-    }
     update_tile<vectors, columns>(tile(j, j + 2 * columns <= task.columns ? j + columns : 0), fetcher);
   }
   if constexpr (columns > 1) {
@@ -136,25 +128,22 @@ void update_row_block(const RowBlockUpdate& task) {
   }
   constexpr std::ptrdiff_t tile_columns = accumulators / tile_vectors;
   const std::ptrdiff_t row_tiles = (task.rows + tile_rows - 1) / tile_rows;
-  const auto groups = [&](std::ptrdiff_t columns) {
-    return HWY_MAX(1, columns / tile_columns * row_tiles * (task.depth / cache_line_doubles));
-  };
-  // Where the depth is small, C is what comes from far.
-  const bool shallow = task.depth < tile_columns * cache_line_doubles;
-  Fetcher fetcher(shallow ? UpcomingColumns{} : task.upcoming, groups(task.columns));
-  for (std::ptrdiff_t j0 = 0; j0 < task.columns; j0 += product_chunk_columns) {
-    if (shallow) {
-      const std::ptrdiff_t next = j0 + product_chunk_columns;
-      const UpcomingColumns of_c{task.c + next * task.ldc, task.ldc,
-                                 HWY_MIN(product_chunk_columns, task.columns - next), task.rows};
-      fetcher = Fetcher(next < task.columns ? of_c : task.upcoming,
-                        groups(HWY_MIN(product_chunk_columns, task.columns - j0)));
+  if (task.depth < shallow_depth) {
+    double* const room = row_tiles * task.depth <= product_run ? t : task.room;
+    if (room != nullptr) {
+      update_panels(task, room);
+      return;
     }
+  }
+  const std::ptrdiff_t groups = task.columns / tile_columns * row_tiles * (task.depth / cache_line_doubles);
+  Fetcher fetcher(task.upcoming, HWY_MAX(1, groups));
+  for (std::ptrdiff_t j0 = 0; j0 < task.columns; j0 += product_chunk_columns) {
     for (std::ptrdiff_t row = 0; row < task.rows; row += tile_rows) {
       update_rows<tile_vectors>({.rows = HWY_MIN(tile_rows, task.rows - row),
                                  .columns = HWY_MIN(product_chunk_columns, task.columns - j0),
                                  .depth = task.depth,
                                  .a = task.a.from(row),
+                                 .room = nullptr,
                                  .b = task.b + j0 * task.ldb,
                                  .ldb = task.ldb,
                                  .beta = task.beta,

@@ -46,6 +46,7 @@ struct RowBlockUpdate {
   std::ptrdiff_t columns;  // 1..1024
   std::ptrdiff_t depth;    // 1..248
   RowSource a;
+  double* room;     // for 80 × 248 turned values where the depth is shallow, a being elsewhere, or null
   const double* b;  // B(l, j) at (l-1) + ldb·(j-1); nothing beyond l = depth is read
   std::ptrdiff_t ldb;
   double beta;  // 0 starts every element at exactly 0, whatever C held
@@ -55,6 +56,8 @@ struct RowBlockUpdate {
 };
 
 struct ProductKernelTable {
+  // Products of less depth are bound by C, and their rows are never packed.
+  std::ptrdiff_t shallow_depth;
   // P(l, i) := alpha·A(i, l): run i gathers row i of A, `stride` apart.
   void (*pack_across)(std::ptrdiff_t runs, std::ptrdiff_t depth, double alpha, const double* a, std::ptrdiff_t stride,
                       double* p);

@@ -9,6 +9,7 @@
 namespace zortav::ZORTAV_LEVEL {
 extern const ProductKernelTable product_kernel_table;
 const ProductKernelTable product_kernel_table{
+    .shallow_depth = shallow_depth,
     .pack_across = pack_across,
     .pack_along = pack_along,
     .update_row_block = update_row_block,

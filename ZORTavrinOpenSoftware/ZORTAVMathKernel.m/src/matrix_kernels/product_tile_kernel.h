@@ -63,10 +63,14 @@ HWY_INLINE void fetch_column_of_c(const double* c) {
   hwy::Prefetch(c + rows - 1);
 }
 
+constexpr int first_level = 3;  // of the caches, as the compilers name them
+constexpr int second_level = 2;
+
 // Fetches the upcoming columns a few lines at a time: many at once would keep the loads of the product waiting.
-class Fetcher {
+template <int level>
+class FetcherTo {
  public:
-  Fetcher(const UpcomingColumns& upcoming, std::ptrdiff_t groups) : upcoming_(upcoming) {
+  FetcherTo(const UpcomingColumns& upcoming, std::ptrdiff_t groups) : upcoming_(upcoming) {
     if (upcoming.columns > 0) {
       const std::ptrdiff_t lines = upcoming.columns * ((upcoming.length - 1) / cache_line_doubles + 2);
       lines_per_group_ = (lines + groups - 1) / groups;
@@ -75,7 +79,7 @@ class Fetcher {
   }
   HWY_INLINE void step() {
     for (std::ptrdiff_t count = lines_per_group_; count > 0; --count) {
-      __builtin_prefetch(HWY_MIN(line_, last_), 0, second_level);
+      __builtin_prefetch(HWY_MIN(line_, last_), 0, level);
       line_ += cache_line_doubles;
       if (line_ >= last_ + cache_line_doubles) {
         next_column();
@@ -84,7 +88,6 @@ class Fetcher {
   }
 
  private:
-  static constexpr int second_level = 2;
   void begin_column() {
     line_ = upcoming_.first;
     last_ = upcoming_.first + upcoming_.length - 1;
@@ -103,6 +106,7 @@ class Fetcher {
   const double* line_ = nullptr;
   const double* last_ = nullptr;
 };
+using Fetcher = FetcherTo<second_level>;
 
 // One tile of C.
 struct TileUpdate {
