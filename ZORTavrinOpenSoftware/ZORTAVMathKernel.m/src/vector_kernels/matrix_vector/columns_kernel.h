@@ -3,11 +3,9 @@
 // side in the registers, each sum in its own lane, so the order of a row's sum is the order of the columns at any
 // width. The sums of a strip stay in registers for all columns of a visit.
 //
-// Two ways to visit, found by measuring: low blocks, which stay in the second-level cache, take many columns at a time
-// and leave it to the processor to foresee the rows; higher ones stream from further away, where lower strips that ask
-// for the columns ahead are faster. Columns whose distance is a multiple of a page would drive each other's lines out of
-// the first-level cache before their turn comes; asking pays later there. Included by matrix_vector_kernel_unit.cpp
-// only.
+// Two ways to visit, found by measuring: low blocks, which stay in the second-level cache, take all the columns that
+// come at a time and leave it to the processor to foresee the rows; higher ones stream from further away, where lower
+// strips that ask for the columns ahead are faster. Included by matrix_vector_kernel_unit.cpp only.
 #pragma once
 
 #include <hwy/cache_control.h>
@@ -21,7 +19,7 @@ namespace zortav::ZORTAV_LEVEL {
 namespace {
 
 struct NearVisit {
-  static constexpr std::size_t columns = 32;
+  static constexpr std::size_t columns = 64;
   static constexpr std::size_t registers = hn::MaxLanes(Widest()) == 8 ? 8 : 4;  // of each sum in a strip
   static constexpr std::size_t ahead = 0;
 };
@@ -31,12 +29,14 @@ struct FarVisit {
   static constexpr std::size_t ahead = 8;  // columns that are asked for before they are used
 };
 
-// Whether a block of this many rows, its columns lda elements apart, is one of the higher ones.
+// Whether a block of this many rows, its columns lda elements apart, is visited as the higher ones are. Columns whose
+// distance is a multiple of a page drive each other's lines out of the first-level cache; a strip of wide registers has
+// taken the whole of its lines by then, one of narrow registers has not.
 HWY_INLINE bool is_far(std::size_t rows, std::ptrdiff_t lda) {
   constexpr std::ptrdiff_t page = 4096 / sizeof(double);
-  constexpr std::size_t far_rows = 320;
-  constexpr std::size_t far_rows_at_pages = 768;
-  return rows >= (lda % page == 0 ? far_rows_at_pages : far_rows);
+  constexpr std::size_t far_rows = 768;
+  constexpr bool narrow = hn::MaxLanes(Widest()) < 8;
+  return rows >= far_rows || (narrow && lda % page == 0);
 }
 
 // Columns 1, 1 + lanes, 1 + 2·lanes, ... go to sums[0], columns 2, 2 + lanes, ... to sums[1]; lanes is 1 or 2, the
