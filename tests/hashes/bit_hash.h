@@ -8,6 +8,7 @@
 #include <cstring>
 #include <vector>
 
+#include "support/by_address.h"
 #include "support/numbers.h"
 
 namespace zortest {

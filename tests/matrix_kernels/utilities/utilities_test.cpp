@@ -67,7 +67,8 @@ TEST(TypedCopy, TakesTheLow32BitsOfItsProduct) {
     int32_t count;
     std::size_t bytes;
   };
-  for (const Case& c : {Case{5, 3, 24}, Case{-7, -2, 14}, Case{4, 1 << 30, 0}, Case{65537, 65536, 65536}}) {
+  for (const Case& c :
+       {Case{5, -3, 24}, Case{3, -2, 8}, Case{-7, -2, 14}, Case{4, 1 << 30, 0}, Case{65537, 65536, 65536}}) {
     std::vector<unsigned char> from(70000);
     std::iota(from.begin(), from.end(), static_cast<unsigned char>(1));
     std::vector<unsigned char> moved = from;
