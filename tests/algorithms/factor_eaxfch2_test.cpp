@@ -11,10 +11,12 @@
 #include "ZORMathematics.h"
 #include "ZORTAVFactorization.h"
 #include "algorithms/factor_oracle.h"
+#include "support/by_address.h"
 #include "support/numbers.h"
 
 namespace {
 
+using zortest::by_address;
 using zortest::Guarded;
 using zortest::nan;
 using zortest::Random;
@@ -30,9 +32,7 @@ void expect_as_oracle(const Numbers& matrix, std::size_t n1, std::size_t n2, dou
   Guarded<double> a(matrix, offset);
   Outcome got{-1, 777};
   const int32_t unread = -5;
-  const auto first = static_cast<int32_t>(n1);
-  const auto last = static_cast<int32_t>(n2);
-  eaxfch2(&unread, &first, &last, &tol, a.data(), &got.ierr, &got.piv);
+  by_address(eaxfch2, unread, static_cast<int32_t>(n1), static_cast<int32_t>(n2), tol, a, got.ierr, got.piv);
   EXPECT_EQ(want.ierr, got.ierr);
   EXPECT_TRUE(zortest::same_bits(want.piv, got.piv)) << want.piv << " " << got.piv;
   zortest::expect_same_bits(expected, a.values());
@@ -83,18 +83,15 @@ TEST(Eaxfch2, RowsLongerThanTheWorkSpaceOfABlock) {
 
 TEST(Cholesky, IsEaxfch) {
   Random random(46);
-  const int32_t order = 60;
-  const int32_t one = 1;
-  const double tol = 0;
   for (const int bad : {0, 31}) {
     Numbers a = positive_definite(random, 60);
     if (bad > 0) {
       a[place(31, 31)] = 0;
     }
     Numbers expected = a;
-    const Outcome want = in_stated_order(expected, 1, 60, tol);
+    const Outcome want = in_stated_order(expected, 1, 60, 0);
     Outcome got;
-    EXPECT_EQ(Cholesky(&order, &one, &order, &tol, a.data(), &got.ierr, &got.piv), bad > 0 ? 1 : 0);
+    EXPECT_EQ(by_address(Cholesky, 60, 1, 60, 0.0, a, got.ierr, got.piv), bad > 0 ? 1 : 0);
     EXPECT_EQ(got.ierr, bad);
     EXPECT_EQ(got.piv, want.piv);
     zortest::expect_same_bits(expected, a);

@@ -14,9 +14,9 @@ namespace zortest {
 namespace {
 
 int32_t invert(int32_t mode, Guarded<double>& a, const Matrix& shape, int32_t ierr = 7) {
-  const int32_t lda = shape.lda;
   std::vector<int32_t> ipiv(static_cast<std::size_t>(std::max(shape.n, 0)));
-  eaxinv(&mode, &lda, &shape.n, mode == 1 ? ipiv.data() : nullptr, mode == 1 || mode == 2 ? nullptr : &ierr, a.data());
+  eaxinv(&mode, &shape.lda, &shape.n, mode == 1 ? ipiv.data() : nullptr, mode == 1 || mode == 2 ? nullptr : &ierr,
+         a.data());
   EXPECT_TRUE(a.intact());
   return ierr;
 }

@@ -7,6 +7,7 @@
 
 #include "ZORTAVMatrixUtilities.h"
 #include "ZORTAVSparseKernels.h"
+#include "support/by_address.h"
 #include "support/numbers.h"
 
 namespace zortest {
@@ -26,8 +27,7 @@ TEST(ScalarProduct, KeepsItsOrder) {
       }
       const double expected = ((s[0] + s[4]) + (s[2] + s[6])) + ((s[1] + s[5]) + (s[3] + s[7]));
       const Guarded<double> gx(x, static_cast<std::size_t>(random.integer(0, 7)));
-      const int32_t one = 1;
-      ASSERT_TRUE(same_bits(expected, eaxscl(&n, gx.data(), &inc, y.data(), &one))) << n << " " << inc;
+      ASSERT_TRUE(same_bits(expected, by_address(eaxscl, n, gx, inc, y, 1))) << n << " " << inc;
     }
   }
 }
@@ -35,14 +35,10 @@ TEST(ScalarProduct, KeepsItsOrder) {
 TEST(RecordSort, FollowsItsRuleForThePivot) {
   // Worked out by hand: splits at 1, at 2 (the key 2 that came second), at 1.
   std::vector<int32_t> a{2, 10, 1, 20, 2, 30, 1, 40};
-  const int32_t two = 2;
-  const int32_t four = 4;
-  const int32_t one = 1;
-  std::vector<int32_t> work(2);
-  eaxsort(a.data(), &two, &four, &one, work.data());
+  by_address(eaxsort, a, 2, 4, 1, std::vector<int32_t>(2));
   EXPECT_EQ(a, (std::vector<int32_t>{1, 20, 1, 40, 2, 10, 2, 30}));
   for (const int32_t few : {1, 0, -1}) {
-    eaxsort(nullptr, &two, &few, &one, nullptr);
+    by_address(eaxsort, nullptr, 2, few, 1, nullptr);
   }
 }
 
@@ -90,10 +86,9 @@ TEST(Clear, NothingForOtherTypesAndCounts) {
     eaxraz(&c.type, bytes, &c.count);
     EXPECT_EQ(std::string(bytes, 64), std::string(c.cleared, '\0') + std::string(64 - c.cleared, '#')) << c.type;
   }
-  const int32_t seven = 7;
   for (const char* text : {"\xff trailing", ""}) {  // of which a fill takes the first byte
     std::string bytes(64, '#');
-    eaxmac(&bytes[3], &seven, text);
+    by_address(eaxmac, bytes[3], 7, *text);
     EXPECT_EQ(bytes, "###" + std::string(7, text[0]) + std::string(54, '#'));
   }
 }

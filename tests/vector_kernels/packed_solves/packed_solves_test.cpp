@@ -4,17 +4,14 @@
 
 #include "ZORTAVMatrixUtilities.h"
 #include "ZORTAVPackedSolves.h"
+#include "support/by_address.h"
 #include "support/numbers.h"
 #include "vector_kernels/packed_solves/packed_oracle.h"
 
 namespace zortest {
 namespace {
 
-constexpr int32_t one = 1;
-constexpr int32_t two = 2;
-
 TEST(PackedTriangularSolve, SmallTriangles) {
-  const int32_t n = 3;
   const std::vector<double> by_columns{2, 1, 4, 3, 5, 8};  // (2 1 3; 0 4 5; 0 0 8)
   const std::vector<double> transposed{2, 1, 3, 4, 5, 8};
   for (const char* uplo : {"U", "L"}) {
@@ -22,15 +19,14 @@ TEST(PackedTriangularSolve, SmallTriangles) {
       const bool upper = *uplo == 'U';
       std::vector<double> x =
           upper == (*trans == 'N') ? std::vector<double>{13, 23, 24} : std::vector<double>{2, 9, 37};
-      e_dtpsv(uplo, trans, "N", &n, upper ? by_columns.data() : transposed.data(), x.data(), &one);
+      by_address(e_dtpsv, *uplo, *trans, 'N', 3, upper ? by_columns : transposed, x, 1);
       EXPECT_EQ(x, (std::vector<double>{1, 2, 3}));
       // A diagonal of ones is all that there is: no place of ap is read.
-      e_dtpsv(uplo, trans, "U", &one, nullptr, x.data(), &one);
+      by_address(e_dtpsv, *uplo, *trans, 'U', 1, nullptr, x, 1);
       EXPECT_EQ(x[0], 1);
     }
   }
-  const int32_t none = INT32_MIN;
-  e_dtpsv("U", "N", "N", &none, nullptr, nullptr, &one);
+  by_address(e_dtpsv, 'U', 'N', 'N', INT32_MIN, nullptr, nullptr, 1);
 }
 
 // Infinities in the column of a zero spread only in the transposed solves, whichever columns are taken together.
@@ -64,28 +60,27 @@ TEST(PackedTriangularSolve, SkipsTheColumnsOfZeros) {
 
 TEST(PackedCholesky, SolvesAndReadsNothingWhereNothingIsToDo) {
   const std::vector<double> u{2, 1, 4};  // A = (4 2; 2 17)
-  for (const int32_t& nrhs : {one, two}) {
+  for (const int32_t nrhs : {1, 2}) {
     std::vector<double> b{10, 39, 4, 18};
     int32_t info = 7;
-    dpptrs_2("U", &two, &nrhs, u.data(), b.data(), &two, &info);
+    by_address(dpptrs_2, 'U', 2, nrhs, u, b, 2, info);
     EXPECT_EQ(b,
               nrhs == 1 ? (std::vector<double>{1.4375, 2.125, 4, 18}) : (std::vector<double>{1.4375, 2.125, 0.5, 1}));
     EXPECT_EQ(info, 7);
     for (const int32_t none : {0, -3}) {
-      dpptrs_2("U", &none, &nrhs, nullptr, nullptr, &two, nullptr);
-      dpptrs_2("U", &two, &none, nullptr, nullptr, &two, nullptr);
+      by_address(dpptrs_2, 'U', none, nrhs, nullptr, nullptr, 2, nullptr);
+      by_address(dpptrs_2, 'U', 2, none, nullptr, nullptr, 2, nullptr);
     }
   }
   double b = 12;
-  eacort(nullptr, &one, u.data(), &b);
+  by_address(eacort, nullptr, 1, u, b);
   EXPECT_EQ(b, 3);
 
   // Zeros are multiplied like any number, which only the sign of another zero tells.
   const std::vector<double> negative{1, -1, 1};
   for (const int32_t nrhs : {1, 5}) {
     std::vector<double> zeros{-0.0, 0, -0.0, 0, -0.0, 0, -0.0, 0, -0.0, 0};
-    int32_t info = 0;
-    dpptrs_2("U", &two, &nrhs, negative.data(), zeros.data(), &two, &info);
+    by_address(dpptrs_2, 'U', 2, nrhs, negative, zeros, 2, nullptr);
     EXPECT_TRUE(same_bits(0.0, zeros[0])) << nrhs;
   }
 }
