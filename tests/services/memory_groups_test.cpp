@@ -28,6 +28,9 @@ TEST_F(MemoryGroups, ThatAreNotThereAreReleasedWithoutAWord) {
   EXPECT_EQ(manager.Desallocation(5, groups), 0);
   EXPECT_EQ(manager.blocks(), (Lengths{2, 3, 3, 4, 4, 4, 0, 0, 0, 0}));
   EXPECT_EQ(manager.MemoryUsed, 20);
+  EXPECT_EQ(manager.Desallocation(2), 0);
+  ASSERT_EQ(manager.allocate({80}), 0);
+  EXPECT_EQ(manager.group, 2);
   EXPECT_EQ(manager.PeakGroupCount, 4);
 }
 
