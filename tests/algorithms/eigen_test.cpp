@@ -22,7 +22,7 @@ using zortest::inf;
 using zortest::nan;
 using zortest::Random;
 
-constexpr int orders[] = {1,  2,  3,  4,  5,  6,  7,  8,  9,  15, 16, 17, 31, 32,
+constexpr int orders[] = {1,  2,  3,  4,  5,  6,  7,  8,  9,  15,  16,  17,  31, 32,
                           33, 34, 40, 63, 64, 65, 71, 98, 99, 127, 128, 130, 200};
 
 void check_reduction(int n, Numbers a, std::size_t offset) {
@@ -181,34 +181,31 @@ TEST(eaxevp, applies_the_reflectors_in_blocks_bit_for_bit) {
   }
 }
 
-struct Pairs {
-  int32_t result;
-  int32_t ierr = -77;
-  Numbers d, v, rest;  // what is left in A and E
-};
-
-// By eaxeig, or by its stages with V cleared between the first two.
-Pairs solve(int n, const Numbers& matrix, int32_t ord, bool by_stages) {
+// What eaxeig, or its stages with V cleared between the first two, leave in A, D, V and E.
+Numbers solve(int n, const Numbers& matrix, int32_t ord, bool by_stages, int32_t failed) {
   const std::size_t offset = size(n % 3);
   Guarded<double> a(matrix, offset), d(size(n), offset), e(size(n), offset), v(Numbers(size(n) * size(n), 9.0), offset);
-  Pairs pairs;
+  int32_t result = 0;
+  int32_t ierr = -77;
   if (by_stages) {
     eaxetr(&n, a.data(), d.data(), e.data());
     std::fill_n(v.data(), v.size(), 0.0);
-    pairs.result = eaxeql(&n, d.data(), e.data(), v.data(), &pairs.ierr);
-    if (pairs.result == 0) {
+    result = eaxeql(&n, d.data(), e.data(), v.data(), &ierr);
+    if (result == 0) {
       eaxeor(&ord, &n, d.data(), v.data());
       eaxevp(&n, a.data(), v.data());
     }
   } else {
-    pairs.result = eaxeig(&n, &ord, a.data(), d.data(), v.data(), e.data(), &pairs.ierr);
+    result = eaxeig(&n, &ord, a.data(), d.data(), v.data(), e.data(), &ierr);
   }
-  EXPECT_TRUE(a.intact() && d.intact() && v.intact() && e.intact());
-  pairs.d = d.values();
-  pairs.v = v.values();
-  pairs.rest = a.values();
-  pairs.rest.insert(pairs.rest.end(), e.data(), e.data() + e.size());
-  return pairs;
+  EXPECT_EQ(ierr, failed);
+  EXPECT_EQ(result, failed == -77 ? 0 : 1);
+  Numbers left;
+  for (const auto* array : {&a, &d, &v, &e}) {
+    EXPECT_TRUE(array->intact());
+    left.insert(left.end(), array->data(), array->data() + array->size());
+  }
+  return left;
 }
 
 TEST(eaxeig, is_its_stages) {
@@ -231,13 +228,7 @@ TEST(eaxeig, is_its_stages) {
   for (const Case& c : cases) {
     for (const int32_t ord : {1, 2}) {
       SCOPED_TRACE(testing::Message() << "order " << c.n);
-      const Pairs expected = solve(c.n, c.a, ord, true);
-      const Pairs actual = solve(c.n, c.a, ord, false);
-      EXPECT_EQ(c.ierr == -77 ? 0 : 1, actual.result);
-      EXPECT_EQ(c.ierr, actual.ierr);
-      expect_same_bits(expected.d, actual.d);
-      expect_same_bits(expected.v, actual.v);
-      expect_same_bits(expected.rest, actual.rest);
+      expect_same_bits(solve(c.n, c.a, ord, true, c.ierr), solve(c.n, c.a, ord, false, c.ierr));
     }
   }
 }

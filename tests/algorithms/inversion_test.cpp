@@ -8,6 +8,7 @@
 
 #include "ZORTAVInversion.h"
 #include "algorithms/inversion_oracle.h"
+#include "support/by_address.h"
 #include "support/numbers.h"
 
 namespace zortest {
@@ -149,37 +150,25 @@ TEST(Inversion, SmallestPivotAndEmptyMatrices) {
   }
 }
 
-// The arrays of eaxrmc3, which calls eaxinvs.
-struct Reduction {
-  int32_t n;
-  int32_t m;
+// What eaxrmc3, which calls eaxinvs, leaves in R, T and S, one after the other, and its ierr.
+std::vector<double> reduced(const Matrix& matrix, int32_t m, int32_t& ierr) {
+  const int32_t n = matrix.n;
   std::vector<double> a;
-  std::vector<double> d = filled(n);
-  std::vector<double> v = filled(n * n);
-  std::vector<double> w = filled(n * n);
-  Guarded<double> r{filled(n * n), 1};
-  Guarded<double> t{filled(n * m), 1};
-  Guarded<double> s{filled(m * m), 1};
-  int32_t ierr = 7;
-
-  Reduction(const Matrix& matrix, int columns) : n(matrix.n), m(columns) {
-    for (int i = 1; i <= n; ++i) {
-      for (int j = 1; j <= i; ++j) {
-        a.push_back(matrix(i, j));
-      }
+  for (int i = 1; i <= n; ++i) {
+    for (int j = 1; j <= i; ++j) {
+      a.push_back(matrix(i, j));
     }
   }
-  static std::vector<double> filled(int elements) {
-    return std::vector<double>(static_cast<std::size_t>(elements), 99);
-  }
-  int32_t run(const std::vector<double>& b, int32_t ldb) {
-    const int32_t result =
-        eaxrmc3(&n, &m, a.data(), b.data(), &ldb, d.data(), v.data(), w.data(), r.data(), t.data(), s.data(), &ierr);
-    EXPECT_EQ(result, ierr == 0 ? 0 : 1);
-    EXPECT_TRUE(r.intact() && t.intact() && s.intact());
-    return ierr;
-  }
-};
+  const auto order = static_cast<std::size_t>(n);
+  const auto columns = static_cast<std::size_t>(m);
+  const std::vector<double> b(order * columns, 1.0);
+  std::vector<double> d(order), v(order * order), w(order * order), rts(order * order + order * columns, 99);
+  rts.resize(rts.size() + columns * columns, 99);
+  double* const t = rts.data() + order * order;
+  const int32_t result = by_address(eaxrmc3, n, m, a, b, matrix.lda, d, v, w, rts, *t, t[order * columns], ierr);
+  EXPECT_EQ(result, ierr == 0 ? 0 : 1);
+  return rts;
+}
 
 TEST(SpectralInverse, LeavesTheResultsAloneWhenThereIsNoInverse) {
   Random random(48);
@@ -193,21 +182,17 @@ TEST(SpectralInverse, LeavesTheResultsAloneWhenThereIsNoInverse) {
     }
   }
   unsolvable(4, 3) = nan;
-  const std::vector<double> b(12, 1.0);
+  int32_t ierr = 7;
   for (const Matrix& a : {singular, almost, unsolvable}) {
-    Reduction x(a, 2);
-    const int32_t ierr = x.run(b, 6);
+    const std::vector<double> results = reduced(a, 2, ierr);
     EXPECT_TRUE(a(4, 3) != a(4, 3) ? ierr > 0 : ierr == -1) << ierr;
-    for (const Guarded<double>& result : {x.r, x.t, x.s}) {
-      EXPECT_EQ(result.values(), Reduction::filled(static_cast<int>(result.size())));
-    }
+    EXPECT_EQ(results, std::vector<double>(results.size(), 99));
   }
   almost(4, 4) = std::nextafter(6 * 0x1p-52, 1.0);
-  EXPECT_EQ(Reduction(almost, 2).run(b, 6), 0);
-
-  Reduction empty(Matrix(0, 1), 2);
-  EXPECT_EQ(empty.run(b, 1), 0);
-  EXPECT_EQ(empty.s.values(), std::vector<double>(4, 0.0));
+  reduced(almost, 2, ierr);
+  EXPECT_EQ(ierr, 0);
+  EXPECT_EQ(reduced(Matrix(0, 1), 2, ierr), std::vector<double>(4, 0.0));
+  EXPECT_EQ(ierr, 0);
 }
 
 }  // namespace
