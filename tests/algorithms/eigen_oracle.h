@@ -160,30 +160,6 @@ inline int iterate(int n, Numbers& diagonal, Numbers& below, Numbers& vectors) {
   return 0;
 }
 
-// The plain loop over the reflectors in extended precision.
-inline void transform_back(int n, Numbers& packed, Numbers& vectors) {
-  const Triangle a{packed};
-  for (int j = 0; j < n; ++j) {
-    double* const column = vectors.data() + size(j) * size(n);
-    std::vector<long double> v(column, column + n);
-    for (int i = 3; i <= n; ++i) {
-      if (a(i, i) == 0.0) {
-        continue;
-      }
-      long double s = 0;
-      for (int k = 1; k < i; ++k) {
-        s += v[size(k - 1)] * a(i, k);
-      }
-      for (int k = 1; k < i; ++k) {
-        v[size(k - 1)] -= s / a(i, i) * a(i, k);
-      }
-    }
-    for (int k = 0; k < n; ++k) {
-      column[k] = static_cast<double>(v[size(k)]);
-    }
-  }
-}
-
 // The reflectors in blocks of 32 rows, operation by operation as it is documented.
 inline void transform_back_in_blocks(int n, Numbers& packed, Numbers& vectors) {
   const Triangle a{packed};

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// eaxfch2 against an element-by-element oracle in the stated order of the operations, bit for bit, on whole matrices,
-// divided ranges, refused pivots at every row and rows too long for the routine's work space.
+// eaxfch2 against an element-by-element oracle in the stated order of the operations, bit for bit: thresholds, numbers
+// that are none, and rows too long for the routine's work space. eaxfch and Cholesky are one routine.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -12,10 +11,12 @@
 #include "ZORMathematics.h"
 #include "ZORTAVFactorization.h"
 #include "algorithms/factor_oracle.h"
+#include "support/by_address.h"
 #include "support/numbers.h"
 
 namespace {
 
+using zortest::by_address;
 using zortest::Guarded;
 using zortest::nan;
 using zortest::Random;
@@ -25,61 +26,17 @@ using zortest::factor::Outcome;
 using zortest::factor::place;
 using zortest::factor::positive_definite;
 
-// Returns the factored matrix.
-Numbers expect_as_oracle(const Numbers& matrix, std::size_t n1, std::size_t n2, double tol, std::size_t offset) {
+void expect_as_oracle(const Numbers& matrix, std::size_t n1, std::size_t n2, double tol, std::size_t offset) {
   Numbers expected = matrix;
   const Outcome want = in_stated_order(expected, n1, n2, tol);
   Guarded<double> a(matrix, offset);
   Outcome got{-1, 777};
   const int32_t unread = -5;
-  const auto first = static_cast<int32_t>(n1);
-  const auto last = static_cast<int32_t>(n2);
-  eaxfch2(&unread, &first, &last, &tol, a.data(), &got.ierr, &got.piv);
+  by_address(eaxfch2, unread, static_cast<int32_t>(n1), static_cast<int32_t>(n2), tol, a, got.ierr, got.piv);
   EXPECT_EQ(want.ierr, got.ierr);
   EXPECT_TRUE(zortest::same_bits(want.piv, got.piv)) << want.piv << " " << got.piv;
   zortest::expect_same_bits(expected, a.values());
   EXPECT_TRUE(a.intact());
-  return a.values();
-}
-
-TEST(Eaxfch2, GivesTheStatedBitsForEveryOrder) {
-  Random random(41);
-  for (std::size_t n = 1; n <= 73; ++n) {
-    SCOPED_TRACE(n);
-    const std::size_t order = n <= 70 ? n : 127 + 38 * (n - 71);
-    expect_as_oracle(positive_definite(random, order), 1, order, n <= 70 ? 0 : 1e-6, n % 4);
-  }
-}
-
-// A refused row keeps its diagonal, the rows before it are done, the rows after it are as they were: the oracle's
-// whole memory is compared.
-TEST(Eaxfch2, RefusesAPivotAtEveryRowOfEveryRange) {
-  Random random(42);
-  for (const std::size_t n : std::vector<std::size_t>{11, 19, 35}) {
-    Numbers start = positive_definite(random, n);
-    for (std::size_t n1 = 1; n1 <= n; n1 += 3) {
-      for (std::size_t bad = n1; bad <= n; ++bad) {
-        SCOPED_TRACE(testing::Message() << "n " << n << " n1 " << n1 << " bad row " << bad);
-        Numbers a = start;
-        a[place(bad, bad)] = -1;
-        expect_as_oracle(a, n1, n, 0, bad % 3);
-      }
-      in_stated_order(start, n1, std::min(n, n1 + 2), 0);
-    }
-  }
-}
-
-TEST(Eaxfch2, RangesChangeNoBit) {
-  Random random(43);
-  const std::size_t n = 45;
-  for (int trial = 0; trial < 60; ++trial) {
-    Numbers a = positive_definite(random, n);
-    for (std::size_t i = 1; i <= n;) {
-      const auto last = std::min(n, i + static_cast<std::size_t>(random.integer(0, trial % 20)));
-      a = expect_as_oracle(a, i, last, 0, 1);
-      i = last + 1;
-    }
-  }
 }
 
 TEST(Eaxfch2, TolerancePivotsAndNumbersThatAreNone) {
@@ -124,34 +81,20 @@ TEST(Eaxfch2, RowsLongerThanTheWorkSpaceOfABlock) {
   expect_as_oracle(a, first, n, 0, 1);
 }
 
-TEST(Cholesky, FactorsToWorkingPrecisionByBothNames) {
+TEST(Cholesky, IsEaxfch) {
   Random random(46);
-  const std::size_t n = 220;
-  const auto order = static_cast<int32_t>(n);
-  const int32_t one = 1;
-  const double tol = 0;
-  for (auto* const routine : {&eaxfch, static_cast<decltype(&eaxfch)>(&Cholesky)}) {
-    const Numbers matrix = positive_definite(random, n);
-    Numbers a = matrix;
-    Outcome got{-1};
-    EXPECT_EQ(routine(&order, &one, &order, &tol, a.data(), &got.ierr, &got.piv), 0);
-    EXPECT_EQ(got.ierr, 0);
-    for (std::size_t i = 1; i <= n; ++i) {
-      for (std::size_t j = 1; j <= i; ++j) {
-        double sum = 0;
-        double magnitude = 0;
-        for (std::size_t k = 1; k <= j; ++k) {
-          sum += a[place(i, k)] * a[place(j, k)];
-          magnitude += std::abs(a[place(i, k)] * a[place(j, k)]);
-        }
-        ASSERT_NEAR(sum, matrix[place(i, j)], static_cast<double>(n) * 0x1p-52 * magnitude);
-      }
+  for (const int bad : {0, 31}) {
+    Numbers a = positive_definite(random, 60);
+    if (bad > 0) {
+      a[place(31, 31)] = 0;
     }
-    a = matrix;
-    a[place(100, 100)] = 0;
-    EXPECT_EQ(routine(&order, &one, &order, &tol, a.data(), &got.ierr, &got.piv), 1);
-    EXPECT_EQ(got.ierr, 100);
-    EXPECT_LT(got.piv, 0);
+    Numbers expected = a;
+    const Outcome want = in_stated_order(expected, 1, 60, 0);
+    Outcome got;
+    EXPECT_EQ(by_address(Cholesky, 60, 1, 60, 0.0, a, got.ierr, got.piv), bad > 0 ? 1 : 0);
+    EXPECT_EQ(got.ierr, bad);
+    EXPECT_EQ(got.piv, want.piv);
+    zortest::expect_same_bits(expected, a);
   }
 }
 

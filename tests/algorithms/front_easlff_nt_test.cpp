@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// easlff_nt against an elimination that takes the stated steps one element at a time on a square matrix, bit for bit,
-// with a refused pivot at every position; and against what an L·D·Lᵀ elimination must satisfy.
+// easlff_nt against an elimination that takes the stated steps one element at a time, bit for bit: large fronts with
+// refused pivots around the blocks, running minimum and thresholds; counts and bounds beyond their numbers' digits.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,7 +21,6 @@ using zortest::Guarded;
 using zortest::nan;
 using zortest::Random;
 using zortest::front::Front;
-using zortest::front::place;
 using Sizes = std::vector<std::size_t>;
 
 Front definite_front(Random& random, std::size_t n, std::size_t m) {
@@ -69,33 +68,21 @@ Front refused_at(Front f, std::size_t q, int32_t status) {
   return f;
 }
 
-// Whole, and refused at the last pivot and every `step` pivots before it, by either test in turn or by both.
-void expect_stated_bits_of(Random& random, std::size_t n, std::size_t m, std::size_t step, bool both = false) {
+// Whole, and refused at the last pivot and every `step` pivots before it, by either test in turn.
+void expect_stated_bits_of(Random& random, std::size_t n, std::size_t m, std::size_t step) {
   SCOPED_TRACE(testing::Message() << "n " << n << " m " << m);
   const Front good = definite_front(random, n, m);
   expect_stated_bits(good, (n + m) % 4, 0);
   for (std::size_t q = m; q >= 1; q -= std::min(q, step)) {
     SCOPED_TRACE(testing::Message() << "refused at " << q);
-    for (const int32_t status : {6, 34}) {
-      if (both || (status == 6) == (q % 2 == 0)) {
-        expect_stated_bits(refused_at(good, q, status), q % 3, status);
-      }
-    }
-  }
-}
-
-TEST(EaslffNt, GivesTheStatedBitsAndRefusesAtEveryPosition) {
-  Random random(51);
-  for (std::size_t n = 1; n <= 14; ++n) {
-    for (std::size_t m = 0; m <= n; ++m) {
-      expect_stated_bits_of(random, n, m, 1, true);
-    }
+    const int32_t status = q % 2 == 0 ? 6 : 34;
+    expect_stated_bits(refused_at(good, q, status), q % 3, status);
   }
 }
 
 TEST(EaslffNt, GivesTheStatedBitsAroundTheBlocksOfPivotsRowsAndColumns) {
   Random random(52);
-  for (const std::size_t n : Sizes{15, 16, 17, 31, 33, 47, 48, 49, 50, 51, 52, 63, 64, 65, 66, 70, 97, 100, 131}) {
+  for (const std::size_t n : Sizes{25, 33, 48, 49, 50, 51, 52, 63, 64, 65, 66, 70, 97, 100, 131}) {
     for (std::size_t m = n % 3; m <= n; m += n < 40 ? 1 : 5) {
       expect_stated_bits_of(random, n, m, 40);
     }
@@ -108,6 +95,12 @@ TEST(EaslffNt, GivesTheStatedBitsAroundTheBlocksOfPivotsRowsAndColumns) {
     for (const std::size_t trailing : Sizes{0, 1, 2, 70, 71}) {
       expect_stated_bits_of(random, m + trailing, m, 23);
     }
+  }
+  // the last diagonal of an odd trailing order, which only the pivot left over from the blocks of three changes
+  for (int trial = 0; trial < 20; ++trial) {
+    Front f = definite_front(random, 25, 4);
+    f.at(25, 1) = f.at(25, 2) = f.at(25, 3) = f.at(25, 25) = 0;
+    expect_stated_bits(f, 0, 0);
   }
   // around the rows below that are taken at once
   for (const std::size_t trailing : Sizes{295, 296, 297, 303, 304, 313, 336, 337, 380}) {
@@ -153,20 +146,19 @@ TEST(EaslffNt, RunningMinimumOfTheRatios) {
 }
 
 TEST(EaslffNt, CountsOperationsWhateverTheOutcome) {
-  for (const int64_t n : {0, 1, 2, 7, 300, 3333, 4999}) {
-    for (int64_t m = 0; m <= std::min<int64_t>(n, 9); ++m) {
-      const int64_t p = m * (m + 1);
-      const int64_t first = 2 * m * n - m * m + (n * n + 2) * m - (2 * n + 1) * p / 2 + (2 * m + 1) * p / 6;
-      const int64_t second = (n * m - p / 2) * 4 + m;
-      Guarded<double> zeros(std::vector<double>(static_cast<std::size_t>(n * (m + 1))), 0);  // the columns looked at
-      Front f{.n = static_cast<std::size_t>(n), .m = static_cast<std::size_t>(m), .d0 = {1.0}};
-      f.flop1 = 0x1p24F + 2;  // added in single precision, each step rounded
-      f.flop2 = 0.5F;
-      f.eliminate(zeros);
-      EXPECT_EQ(f.flop1, (0x1p24F + 2) + static_cast<float>(first));
-      EXPECT_EQ(f.flop2, 0.5F + static_cast<float>(second));
-      EXPECT_EQ(f.istat, m == 0 ? 0 : 6);
-    }
+  for (const int64_t n : {0, 300, 4999}) {
+    const int64_t m = std::min<int64_t>(n, 9);
+    const int64_t p = m * (m + 1);
+    const int64_t first = 2 * m * n - m * m + (n * n + 2) * m - (2 * n + 1) * p / 2 + (2 * m + 1) * p / 6;
+    const int64_t second = (n * m - p / 2) * 4 + m;
+    Guarded<double> zeros(std::vector<double>(static_cast<std::size_t>(n * (m + 1))), 0);  // the columns looked at
+    Front f{.n = static_cast<std::size_t>(n), .m = static_cast<std::size_t>(m), .d0 = {1.0}};
+    f.flop1 = 0x1p24F + 2;  // added in single precision, each step rounded
+    f.flop2 = 0.5F;
+    f.eliminate(zeros);
+    EXPECT_EQ(f.flop1, (0x1p24F + 2) + static_cast<float>(first));
+    EXPECT_EQ(f.flop2, 0.5F + static_cast<float>(second));
+    EXPECT_EQ(f.istat, m == 0 ? 0 : 6);
   }
 }
 
@@ -209,35 +201,6 @@ TEST(EaslffNt, NumbersRaiseNoInvalidOperation) {
     f.eliminate(a);
     EXPECT_EQ(f.istat, 0);
     EXPECT_EQ(std::fetestexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW), 0) << "m " << m;
-  }
-}
-
-// L·D·Lᵀ of the eliminated columns plus the trailing triangle gives the front back.
-TEST(EaslffNt, RestoresTheFront) {
-  Random random(54);
-  const std::size_t n = 240;
-  for (const std::size_t m : Sizes{100, 240}) {
-    Front f = definite_front(random, n, m);
-    for (std::size_t j = 1; j <= n; ++j) {
-      f.initial(j) = random.integer(0, 2) == 0 ? -1 : 1;
-      f.at(j, j) = f.initial(j) * static_cast<double>(n) * random.uniform(1, 2);
-    }
-    Guarded<double> a(f.a, 1);
-    f.eliminate(a);
-    ASSERT_EQ(f.result, 0);
-    for (std::size_t i = 1; i <= n; ++i) {
-      for (std::size_t j = 1; j <= i; ++j) {
-        double sum = j > m ? a[place(n, i, j)] : 0;
-        double magnitude = std::abs(sum);
-        for (std::size_t k = 1; k <= std::min(j, m); ++k) {
-          const double li = i == k ? 1 : a[place(n, i, k)];
-          const double lj = j == k ? 1 : a[place(n, j, k)];
-          sum += li * a[place(n, k, k)] * lj;
-          magnitude += std::abs(li * a[place(n, k, k)] * lj);
-        }
-        ASSERT_NEAR(sum, f.a[place(n, i, j)], 4 * static_cast<double>(n) * 0x1p-53 * magnitude) << i << " " << j;
-      }
-    }
   }
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ZORTAVFactorization.h"
+#include "support/by_address.h"
 #include "support/numbers.h"
 
 namespace zortest::front {
@@ -40,10 +41,8 @@ struct Front {
 
   // By the library, on the given array of its elements; they are not copied back.
   void eliminate(Guarded<double>& there) {
-    const auto rows = static_cast<int32_t>(n);
-    const auto columns = static_cast<int32_t>(m);
-    result =
-        easlff_nt(&rows, &columns, there.data(), &rmin, d0.data(), &tolp, &tolr, &neq, &npiv, &flop1, &flop2, &istat);
+    result = by_address(easlff_nt, static_cast<int32_t>(n), static_cast<int32_t>(m), there, rmin, d0, tolp, tolr, neq,
+                        npiv, flop1, flop2, istat);
     EXPECT_TRUE(there.intact());
   }
 

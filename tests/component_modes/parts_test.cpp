@@ -158,21 +158,6 @@ TEST(JoinedParts, AreTheStructureWhenAllPartModesAreKept) {
   }
 }
 
-// Rayleigh and Ritz: from above, and nearer with every mode that is added.
-TEST(JoinedParts, ApproachTheStructureFromAbove) {
-  const modal::Structure whole = modal::tapered_membrane(12, 4);
-  Quiet quiet;
-  const double exact = modal::find_lowest_modes(whole.stiffness, whole.mass, 6, quiet).eigenvalue[5];
-  double before = 1.0;
-  for (const int part_modes : {4, 12, 36}) {
-    const double error = JoinedParts(membrane_parts(12, 4, 3)).solve(6, part_modes).eigenvalue[5] / exact - 1.0;
-    EXPECT_GT(error, 0.0);
-    EXPECT_LT(error, 0.5 * before);
-    before = error;
-  }
-  EXPECT_LT(before, 1e-3);
-}
-
 // One solve of the whole by way of its parts is worth more than many part modes; without a joint too.
 TEST(JoinedParts, AreRefinedByAnIterationOfTheWhole) {
   const modal::Structure whole = modal::tapered_membrane(12, 4);
@@ -212,35 +197,6 @@ TEST(JoinedParts, MeetAtOnePointOfFour) {
   }
   EXPECT_EQ(of_three_others, 4U);
   EXPECT_EQ(parts.map().nodes(), 3) << "along y = 1 at x = 0.5, 1.5 and 2";
-}
-
-TEST(JoinedParts, ThatDoNotMatchAreNamed) {
-  const auto refused = [](std::vector<Mesh> meshes, std::size_t part) {
-    const JoinedParts parts(std::move(meshes));
-    EXPECT_EQ(parts.map().faulty_part(), -1);
-    EXPECT_THROW(parts.check_sides(part), modal::InputError);
-  };
-  refused({modal::tapered_membrane_part(4, 2, 2, 0), modal::tapered_membrane_part(4, 1, 2, 1)}, 0);
-  refused({modal::tapered_membrane_part(4, 1, 2, 0), modal::tapered_membrane_part(4, 3, 2, 1)}, 1);
-
-  std::vector<Mesh> apart = membrane_parts(4, 1, 4);
-  for (auto& node : apart[2].node) {
-    node[1] += 0.1;
-  }
-  EXPECT_EQ(JoinedParts(apart).map().faulty_part(), 1) << "the first of the two at the gap";
-  for (auto& node : apart[2].node) {
-    node[1] += 100;
-  }
-  EXPECT_EQ(JoinedParts(apart).map().faulty_part(), 2);
-}
-
-// Held at one point only, a part turns about it.
-TEST(JoinedParts, RefuseAPartThatCanMove) {
-  std::vector<Mesh> meshes = membrane_parts(4, 1, 2);
-  for (auto& node : meshes[1].node) {
-    node[1] += 3.0;  // the depth at the joint
-  }
-  EXPECT_THROW(JoinedParts(std::move(meshes)).solve(1, 1), modal::PivotRefused);
 }
 
 }  // namespace

@@ -5,12 +5,12 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "ZORMathematics.h"
+#include "support/files.h"
 #include "test_system.h"
 
 namespace {
@@ -24,18 +24,15 @@ struct Case {
   int32_t expected;
 };
 
-void write(const std::filesystem::path& path, const std::string& text) {
-  std::filesystem::create_directories(path.parent_path());
-  std::ofstream(path) << text << "\n";
-}
-
 void check(const std::vector<Case>& cases) {
-  const auto root =
-      std::filesystem::temp_directory_path() / ("zortav_machine_" + std::to_string(zortest::process_number()));
   for (const Case& c : cases) {
+    const zortav::test::ScratchFolder root;
+    const auto write = [](const std::filesystem::path& file, const std::string& text) {
+      zortav::test::write(file.string(), text + "\n");
+    };
     write(root / "proc/self/cgroup", c.own_groups);
     for (const auto& [name, text] : c.files) {
-      const std::filesystem::path path = root / "sys/fs/cgroup" / name;
+      const std::filesystem::path path = root / ("sys/fs/cgroup/" + name);
       if (path.filename() == "cfs") {
         write(path.parent_path() / "cpu.cfs_quota_us", text.substr(0, text.find(' ')));
         write(path.parent_path() / "cpu.cfs_period_us", text.substr(text.find(' ') + 1));
@@ -43,9 +40,8 @@ void check(const std::vector<Case>& cases) {
         write(path, text);
       }
     }
-    EXPECT_EQ(zortav::cpu_quota(root.string()), c.expected) << c.what;
-    std::filesystem::remove_all(root);
-    EXPECT_EQ(zortav::cpu_quota(root.string()), 0) << "neither /proc nor /sys";
+    EXPECT_EQ(zortav::cpu_quota(root.path()), c.expected) << c.what;
+    EXPECT_EQ(zortav::cpu_quota(root / "empty"), 0) << "neither /proc nor /sys";
   }
 }
 

@@ -18,10 +18,9 @@ void factorization(BitHash& hash) {
     for (const double tolerance : {1e-12, n + 1.0}) {  // the second refuses a pivot somewhere
       Random random(22);
       Array a = packed_triangle(random, n, true);
-      const std::int32_t one = 1;
       std::int32_t ierr = -7;
       double pivot = 0;
-      routine(&n, &one, &n, &tolerance, a.data(), &ierr, &pivot);
+      by_address(routine, n, 1, n, tolerance, a, ierr, pivot);
       hash.add(a);
       hash.add(ierr);
       hash.add(pivot);
@@ -35,19 +34,16 @@ void slff_nt(BitHash& hash) {
       for (const double tolr : {1e-12, 0.999}) {  // the second refuses a pivot somewhere
         Random random(23);
         Array a = packed_triangle(random, n, false);
-        const Array d0(std::vector<double>(static_cast<std::size_t>(n), n + 1.5), 0);
-        const double tolp = 1e-12;
+        const std::vector<double> d0(static_cast<std::size_t>(n), n + 1.5);
         double rmin = 10;
-        std::int32_t neq = 0, npiv = 0, istat = -1;
-        float flop1 = 0, flop2 = 0;
-        hash.add(easlff_nt(&n, &m, a.data(), &rmin, d0.data(), &tolp, &tolr, &neq, &npiv, &flop1, &flop2, &istat));
+        std::int32_t counts[] = {0, 0, -1};  // neq, npiv, istat
+        float flops[] = {0, 0};
+        hash.add(
+            by_address(easlff_nt, n, m, a, rmin, d0, 1e-12, tolr, counts[0], counts[1], flops[0], flops[1], counts[2]));
         hash.add(a);
         hash.add(rmin);
-        for (const std::int32_t number : {neq, npiv, istat}) {
-          hash.add(number);
-        }
-        hash.add(flop1);
-        hash.add(flop2);
+        hash.add(counts);
+        hash.add(flops);
       }
     }
   }
@@ -62,11 +58,6 @@ struct Eigen {
         d(random_array(random, n)),
         v(random_array(random, n * n)),
         e(random_array(random, n)) {}
-  void clear_v() {
-    for (std::size_t i = 0; i < v.size(); ++i) {
-      v[i] = 0.0;
-    }
-  }
   std::int32_t n;
   Random random;
   Array a, d, v, e;
@@ -86,35 +77,31 @@ void sweep(BitHash& hash, Run run) {
 
 void xeig(BitHash& hash) {
   for (const std::int32_t ord : {1, 2}) {
-    sweep(hash, [&](Eigen& x) {
-      std::int32_t ierr = 0;
-      hash.add(eaxeig(&x.n, &ord, x.a.data(), x.d.data(), x.v.data(), x.e.data(), &ierr));
-    });
+    sweep(hash, [&](Eigen& x) { hash.add(by_address(eaxeig, x.n, ord, x.a, x.d, x.v, x.e, std::int32_t{0})); });
   }
 }
 
 void xetr(BitHash& hash) {
-  sweep(hash, [](Eigen& x) { eaxetr(&x.n, x.a.data(), x.d.data(), x.e.data()); });
+  sweep(hash, [](Eigen& x) { by_address(eaxetr, x.n, x.a, x.d, x.e); });
 }
 
 void xeql(BitHash& hash) {
   sweep(hash, [&hash](Eigen& x) {
-    x.clear_v();
-    std::int32_t ierr = 0;
-    hash.add(eaxeql(&x.n, x.d.data(), x.e.data(), x.v.data(), &ierr));
+    std::fill_n(x.v.data(), x.v.size(), 0.0);
+    hash.add(by_address(eaxeql, x.n, x.d, x.e, x.v, std::int32_t{0}));
   });
 }
 
 void xeor(BitHash& hash) {
   for (const std::int32_t ord : {1, 2}) {
-    sweep(hash, [&ord](Eigen& x) { eaxeor(&ord, &x.n, x.d.data(), x.v.data()); });
+    sweep(hash, [&ord](Eigen& x) { by_address(eaxeor, ord, x.n, x.d, x.v); });
   }
 }
 
 void xevp(BitHash& hash) {
   sweep(hash, [](Eigen& x) {
-    eaxetr(&x.n, x.a.data(), x.d.data(), x.e.data());
-    eaxevp(&x.n, x.a.data(), x.v.data());
+    by_address(eaxetr, x.n, x.a, x.d, x.e);
+    by_address(eaxevp, x.n, x.a, x.v);
   });
 }
 
@@ -131,9 +118,8 @@ void xinv(BitHash& hash) {
           a[at(j, i)] = a[at(i, j)];
         }
       }
-      Integers ipiv(static_cast<std::size_t>(n));
       std::int32_t ierr = 0;
-      eaxinv(&mode, &lda, &n, ipiv.data(), &ierr, a.data());
+      by_address(eaxinv, mode, lda, n, Integers(static_cast<std::size_t>(n)), ierr, a);
       hash.add(a);
       hash.add(ierr);
     }
@@ -143,10 +129,9 @@ void xinv(BitHash& hash) {
 void xinvs(BitHash& hash) {
   for (const std::int32_t n : sizes) {
     Eigen x(n);
-    Array w(square(n));
     Array r(square(n));
     std::int32_t ierr = 0;
-    hash.add(eaxinvs(&n, x.a.data(), x.d.data(), x.v.data(), w.data(), r.data(), &ierr));
+    hash.add(by_address(eaxinvs, n, x.a, x.d, x.v, Array(square(n)), r, ierr));
     hash.add(x.d);
     hash.add(r);
     hash.add(ierr);
@@ -157,15 +142,11 @@ void xrmc3(BitHash& hash) {
   const std::int32_t m = 13;
   for (const std::int32_t n : sizes) {
     Eigen x(n);
-    const std::int32_t ldb = n + 2;
-    const Array b = random_array(x.random, ldb * m);
-    Array w(square(n));
-    Array r(square(n));
+    const Array b = random_array(x.random, (n + 2) * m);
     Array t(static_cast<std::size_t>(n * m));
     Array s(square(m));
     std::int32_t ierr = 0;
-    hash.add(eaxrmc3(&n, &m, x.a.data(), b.data(), &ldb, x.d.data(), x.v.data(), w.data(), r.data(), t.data(), s.data(),
-                     &ierr));
+    hash.add(by_address(eaxrmc3, n, m, x.a, b, n + 2, x.d, x.v, Array(square(n)), Array(square(n)), t, s, ierr));
     hash.add(t);
     hash.add(s);
     hash.add(ierr);

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <vector>
 
+#include "support/by_address.h"
 #include "support/numbers.h"
 
 namespace zortest {
@@ -62,5 +63,14 @@ std::vector<Routine> matrix_vector_routines();
 std::vector<Routine> product_routines();
 std::vector<Routine> integer_routines();
 std::vector<Routine> algorithm_routines();
+
+inline std::vector<Routine> all_routines() {
+  std::vector<Routine> all;
+  for (const auto& room :
+       {level1_routines(), matrix_vector_routines(), product_routines(), integer_routines(), algorithm_routines()}) {
+    all.insert(all.end(), room.begin(), room.end());
+  }
+  return all;
+}
 
 }  // namespace zortest

@@ -31,8 +31,7 @@ struct Pattern {
 
 void unle(BitHash& hash) {
   Pattern p;
-  eaunle(&p.columns, &p.rows, nullptr, p.ends.data(), p.entries.data(), p.transposed_ends.data(),
-         p.transposed_entries.data());
+  by_address(eaunle, p.columns, p.rows, nullptr, p.ends, p.entries, p.transposed_ends, p.transposed_entries);
   hash.add(p.transposed_ends);
   hash.add(p.transposed_entries);
 }
@@ -42,14 +41,14 @@ void product_pattern(BitHash& hash, bool with_entries) {
   Integers work(p.columns + 1);
   Integers ends(p.columns + 1);
   std::int32_t total = 0;
-  eaupnn(&p.columns, &p.rows, nullptr, p.ends.data(), p.entries.data(), p.transposed_ends.data(),
-         p.transposed_entries.data(), work.data(), ends.data(), &total);
+  by_address(eaupnn, p.columns, p.rows, nullptr, p.ends, p.entries, p.transposed_ends, p.transposed_entries, work, ends,
+             total);
   hash.add(ends);
   hash.add(total);
   if (with_entries) {
     Integers entries(static_cast<std::size_t>(total));
-    eaunln(&p.columns, nullptr, nullptr, p.ends.data(), p.entries.data(), p.transposed_ends.data(),
-           p.transposed_entries.data(), work.data(), entries.data());
+    by_address(eaunln, p.columns, nullptr, nullptr, p.ends, p.entries, p.transposed_ends, p.transposed_entries, work,
+               entries);
     hash.add(work);
     hash.add(entries);
   }
@@ -65,32 +64,25 @@ void unln(BitHash& hash) {
 
 void upne(BitHash& hash) {
   Random random(17);
-  const std::int32_t q = 100;
-  const std::int32_t m = 60;
-  const std::int32_t p = 20;
-  const std::int32_t nrows = 35;
-  std::vector<std::int32_t> row_of(static_cast<std::size_t>(q));
-  for (std::int32_t i = 0; i < q; ++i) {
-    row_of[static_cast<std::size_t>(i)] = random.integer(1, i < m ? p : nrows - p);
+  std::vector<std::int32_t> row_of(100);
+  for (std::size_t i = 0; i < row_of.size(); ++i) {
+    row_of[i] = random.integer(1, i < 60 ? 20 : 15);
   }
-  std::sort(row_of.begin(), row_of.begin() + m);
-  std::sort(row_of.begin() + m, row_of.end());
-  Integers ends(static_cast<std::size_t>(nrows) + 1);
-  eaupne(&q, &m, &p, &nrows, row_of.data(), ends.data());
+  std::sort(row_of.begin(), row_of.begin() + 60);
+  std::sort(row_of.begin() + 60, row_of.end());
+  Integers ends(36);
+  by_address(eaupne, 100, 60, 20, 35, row_of, ends);
   hash.add(ends);
 }
 
 void xsort(BitHash& hash) {
   Random random(18);
-  const std::int32_t width = 3;
-  const std::int32_t key = 2;
   for (const std::int32_t count : {1, 2, 50, 1000}) {
-    Integers records(static_cast<std::size_t>(width * count));
+    Integers records(static_cast<std::size_t>(3 * count));
     for (std::size_t i = 0; i < records.size(); ++i) {
       records[i] = random.integer(-100, 100);  // many keys are equal: their order is fixed too
     }
-    Integers work(width);
-    eaxsort(records.data(), &width, &count, &key, work.data());
+    by_address(eaxsort, records, 3, count, 2, Integers(3));
     hash.add(records);
   }
 }
@@ -100,8 +92,7 @@ void xcpy(BitHash& hash) {
   const Array from = random_array(random, 40);
   for (const std::int32_t type : {1, 2, 3, 4, 5, -7}) {
     Array to = random_array(random, 40);
-    const std::int32_t count = 23;
-    eaxcpy(&type, &count, from.data(), to.data());
+    by_address(eaxcpy, type, 23, from, to);
     hash.add(to);
   }
 }
@@ -110,8 +101,7 @@ void xraz(BitHash& hash) {
   Random random(20);
   for (const std::int32_t type : {2, 3, 4, 5}) {
     Array array = random_array(random, 40);
-    const std::int32_t count = 23;
-    eaxraz(&type, array.data(), &count);
+    by_address(eaxraz, type, array, 23);
     hash.add(array);
   }
 }
@@ -119,8 +109,7 @@ void xraz(BitHash& hash) {
 void xmac(BitHash& hash) {
   Random random(21);
   Array array = random_array(random, 10);
-  const std::int32_t count = 29;
-  eaxmac(array.data(), &count, "#", 1);
+  by_address(eaxmac, array, 29, '#');
   hash.add(array);
 }
 

@@ -20,36 +20,41 @@ void sweep(Run run) {
   }
 }
 
-Array strided(Random& random, std::int32_t n, std::int32_t inc, std::size_t offset) {
-  return random_array(random, 1 + (n - 1) * std::abs(inc), offset);
-}
-
-Integers strided_integers(Random& random, std::int32_t n, std::int32_t inc) {
-  Integers values(static_cast<std::size_t>(1 + (n - 1) * std::abs(inc)));
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    values[i] = random.integer(-1000000, 1000000);
+template <class T = double>
+Guarded<T> strided(Random& random, std::int32_t n, std::int32_t inc, std::size_t offset) {
+  const std::int32_t length = 1 + (n - 1) * std::abs(inc);
+  if constexpr (std::is_same_v<T, double>) {
+    return random_array(random, length, offset);
+  } else {
+    Guarded<T> values(static_cast<std::size_t>(length));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      values[i] = random.integer(-1000000, 1000000);
+    }
+    return values;
   }
-  return values;
 }
 
 // A routine of one vector that returns a number.
 template <auto routine>
 void reduce(BitHash& hash) {
   sweep([&hash](Random& random, std::int32_t n, std::int32_t inc, std::size_t offset) {
-    const Array x = strided(random, n, inc, offset);
-    hash.add(routine(&n, x.data(), &inc));
+    hash.add(by_address(routine, n, strided(random, n, inc, offset), inc));
   });
 }
 
-// A routine of one number and one vector, which it changes.
-template <auto routine>
-void scale(BitHash& hash) {
-  sweep([&hash](Random& random, std::int32_t n, std::int32_t inc, std::size_t offset) {
-    Array x = strided(random, n, inc, offset);
-    const double alpha = 0.7;
-    routine(&n, &alpha, x.data(), &inc);
+// A routine of one vector that it changes, and of a number before it or none.
+template <auto routine, class T = double, class... Number>
+void change(BitHash& hash, const Number&... number) {
+  sweep([&](Random& random, std::int32_t n, std::int32_t inc, std::size_t offset) {
+    Guarded<T> x = strided<T>(random, n, inc, offset);
+    by_address(routine, n, number..., x, inc);
     hash.add(x);
   });
+}
+
+template <auto routine>
+void scale(BitHash& hash) {
+  change<routine>(hash, 0.7);
 }
 
 // A routine that takes x to y, their increments unlike.
@@ -59,8 +64,17 @@ void move(BitHash& hash) {
     const std::int32_t incy = inc == 1 ? 1 : -inc;
     Array x = strided(random, n, inc, offset);
     Array y = strided(random, n, incy, 1 - offset);
-    routine(&n, x.data(), &inc, y.data(), &incy);
+    by_address(routine, n, x, inc, y, incy);
     hash.add(x);
+    hash.add(y);
+  });
+}
+
+void icopy(BitHash& hash) {
+  sweep([&hash](Random& random, std::int32_t n, std::int32_t inc, std::size_t) {
+    const Integers x = strided<std::int32_t>(random, n, inc, 0);
+    Integers y = strided<std::int32_t>(random, n, inc, 0);
+    by_address(e_icopy, n, x, inc, y, -inc);
     hash.add(y);
   });
 }
@@ -69,34 +83,7 @@ void daxpy(BitHash& hash) {
   sweep([&hash](Random& random, std::int32_t n, std::int32_t inc, std::size_t offset) {
     const Array x = strided(random, n, inc, offset);
     Array y = strided(random, n, inc, 0);
-    const double alpha = -1.3;
-    e_daxpy(&n, &alpha, x.data(), &inc, y.data(), &inc);
-    hash.add(y);
-  });
-}
-
-void dzero(BitHash& hash) {
-  sweep([&hash](Random& random, std::int32_t n, std::int32_t inc, std::size_t offset) {
-    Array x = strided(random, n, inc, offset);
-    e_dzero(&n, x.data(), &inc);
-    hash.add(x);
-  });
-}
-
-void izero(BitHash& hash) {
-  sweep([&hash](Random& random, std::int32_t n, std::int32_t inc, std::size_t) {
-    Integers x = strided_integers(random, n, inc);
-    e_izero(&n, x.data(), &inc);
-    hash.add(x);
-  });
-}
-
-void icopy(BitHash& hash) {
-  sweep([&hash](Random& random, std::int32_t n, std::int32_t inc, std::size_t) {
-    const std::int32_t incy = -inc;
-    const Integers x = strided_integers(random, n, inc);
-    Integers y = strided_integers(random, n, incy);
-    e_icopy(&n, x.data(), &inc, y.data(), &incy);
+    by_address(e_daxpy, n, -1.3, x, inc, y, inc);
     hash.add(y);
   });
 }
@@ -104,25 +91,16 @@ void icopy(BitHash& hash) {
 void dnrm2(BitHash& hash) {
   reduce<e_dnrm2>(hash);
   for (const double size : {1e-300, 1e300}) {
-    Random random(3);
-    const Array x(random.vector(203, -size, size), 0);
-    const std::int32_t n = 203;
-    const std::int32_t one = 1;
-    hash.add(e_dnrm2(&n, x.data(), &one));
+    hash.add(by_address(e_dnrm2, 203, Random(3).vector(203, -size, size), 1));
   }
 }
 
 void drotg(BitHash& hash) {
   Random random(4);
   for (int i = 0; i < 200; ++i) {
-    double a = random.uniform();
-    double b = i % 7 == 0 ? 0.0 : random.uniform();
-    double c = 0;
-    double s = 0;
-    e_drotg(&a, &b, &c, &s);
-    for (const double number : {a, b, c, s}) {
-      hash.add(number);
-    }
+    double numbers[] = {random.uniform(), i % 7 == 0 ? 0.0 : random.uniform(), 0, 0};
+    e_drotg(numbers, numbers + 1, numbers + 2, numbers + 3);
+    hash.add(numbers);
   }
 }
 
@@ -151,26 +129,25 @@ void sweep_sparse(Run run) {
 
 void daxpyi(BitHash& hash) {
   sweep_sparse([&hash](Sparse& s) {
-    const double alpha = 0.3;
-    e_daxpyi(&s.n, &alpha, s.x.data(), s.index.data(), s.y.data());
+    by_address(e_daxpyi, s.n, 0.3, s.x, s.index, s.y);
     hash.add(s.y);
   });
 }
 
 void ddoti(BitHash& hash) {
-  sweep_sparse([&hash](Sparse& s) { hash.add(e_ddoti(&s.n, s.x.data(), s.index.data(), s.y.data())); });
+  sweep_sparse([&hash](Sparse& s) { hash.add(by_address(e_ddoti, s.n, s.x, s.index, s.y)); });
 }
 
 void dgthr(BitHash& hash) {
   sweep_sparse([&hash](Sparse& s) {
-    e_dgthr(&s.n, s.y.data(), s.x.data(), s.index.data());
+    by_address(e_dgthr, s.n, s.y, s.x, s.index);
     hash.add(s.x);
   });
 }
 
 void dsctr(BitHash& hash) {
   sweep_sparse([&hash](Sparse& s) {
-    e_dsctr(&s.n, s.x.data(), s.index.data(), s.y.data());
+    by_address(e_dsctr, s.n, s.x, s.index, s.y);
     hash.add(s.y);
   });
 }
@@ -178,8 +155,8 @@ void dsctr(BitHash& hash) {
 }  // namespace
 
 std::vector<Routine> level1_routines() {
-  return {{"e_dzero", dzero},
-          {"e_izero", izero},
+  return {{"e_dzero", [](BitHash& hash) { change<e_dzero>(hash); }},
+          {"e_izero", [](BitHash& hash) { change<e_izero, std::int32_t>(hash); }},
           {"e_dcopy", move<e_dcopy>},
           {"e_icopy", icopy},
           {"e_dswap", move<e_dswap>},

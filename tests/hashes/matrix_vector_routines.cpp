@@ -8,43 +8,31 @@
 namespace zortest {
 namespace {
 
-// Calls `run` for products with x of `length_x` and y of `length_y` numbers, by increments of both kinds.
-template <class Run>
-void sweep(bool transposed, BitHash& hash, Run run) {
+// By a routine that has an option before all else, or none.
+template <auto routine, class... Option>
+void product(BitHash& hash, bool transposed, const Option&... option) {
   for (const auto& [m, n] : {std::pair{1, 1}, {5, 4}, {67, 130}, {203, 67}}) {
     for (const auto& [incx, incy] : {std::pair{1, 1}, {2, 3}}) {
       Random random(6);
-      const std::int32_t rows = m;
-      const std::int32_t columns = n;
       const std::int32_t lda = m + 3;
-      const std::int32_t stride_x = incx;
-      const std::int32_t stride_y = incy;
       const Array a = random_array(random, lda * n);
       const Array x = random_array(random, (transposed ? m : n) * incx, 1);
       Array y = random_array(random, (transposed ? n : m) * incy);
-      run(&rows, &columns, a.data(), &lda, x.data(), &stride_x, y.data(), &stride_y);
+      by_address(routine, option..., m, n, 0.9, a, lda, x, incx, -0.4, y, incy);
       hash.add(y);
     }
   }
 }
 
-constexpr double alpha = 0.9;
-constexpr double beta = -0.4;
-
 template <auto kernel, bool transposed>
 void kernel_routine(BitHash& hash) {
-  sweep(transposed, hash, [](auto m, auto n, auto a, auto lda, auto x, auto incx, auto y, auto incy) {
-    kernel(m, n, &alpha, a, lda, x, incx, &beta, y, incy);
-  });
+  product<kernel>(hash, transposed);
 }
 
 template <auto driver>
 void driver_routine(BitHash& hash) {
-  for (const char trans : {'N', 'T'}) {
-    sweep(trans == 'T', hash, [trans](auto m, auto n, auto a, auto lda, auto x, auto incx, auto y, auto incy) {
-      driver(&trans, m, n, &alpha, a, lda, x, incx, &beta, y, incy, 1);
-    });
-  }
+  product<driver>(hash, false, 'N');
+  product<driver>(hash, true, 'T');
 }
 
 void dtpsv(BitHash& hash) {
@@ -56,7 +44,7 @@ void dtpsv(BitHash& hash) {
           // With a diagonal that is not read the solution would grow beyond all numbers.
           const Array ap = packed_triangle(random, n, uplo == 'U');
           Array x = random_array(random, 1 + (n - 1) * std::abs(inc));
-          e_dtpsv(&uplo, &trans, "N", &n, ap.data(), x.data(), &inc);
+          by_address(e_dtpsv, uplo, trans, 'N', n, ap, x, inc);
           hash.add(x);
         }
       }
@@ -69,11 +57,10 @@ void packed_solve(BitHash& hash) {
   for (const std::int32_t n : {1, 7, 67}) {
     for (const std::int32_t nrhs : {1, 2, 9, 17}) {
       Random random(8);
-      const std::int32_t ldb = n + 2;
       const Array ap = packed_triangle(random, n, true);
-      Array b = random_array(random, ldb * nrhs);
+      Array b = random_array(random, (n + 2) * nrhs);
       std::int32_t info = 7;
-      routine("U", &n, &nrhs, ap.data(), b.data(), &ldb, &info, 1);
+      by_address(routine, 'U', n, nrhs, ap, b, n + 2, info);
       hash.add(b);
       hash.add(info);
     }

@@ -26,15 +26,6 @@ namespace {
 
 using Hashes = std::map<std::string, std::string>;  // by "routine level"
 
-std::vector<Routine> all_routines() {
-  std::vector<Routine> all;
-  for (const auto& room :
-       {level1_routines(), matrix_vector_routines(), product_routines(), integer_routines(), algorithm_routines()}) {
-    all.insert(all.end(), room.begin(), room.end());
-  }
-  return all;
-}
-
 std::string hash_of(const Routine& routine) {
   BitHash hash;
   routine.run(hash);

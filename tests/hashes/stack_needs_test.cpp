@@ -54,13 +54,10 @@ std::map<std::string, std::size_t> measured() {
   for (std::int32_t level = 0; level <= highest; ++level) {
     std::int32_t status = -1;
     ehsetisa(&level, &status);
-    for (const auto& room :
-         {level1_routines(), matrix_vector_routines(), product_routines(), integer_routines(), algorithm_routines()}) {
-      for (const Routine& routine : room) {
-        BitHash hash;
-        std::size_t& bytes = most[routine.name];
-        bytes = std::max(bytes, stack_written_by([&] { routine.run(hash); }));
-      }
+    for (const Routine& routine : all_routines()) {
+      BitHash hash;
+      std::size_t& bytes = most[routine.name];
+      bytes = std::max(bytes, stack_written_by([&] { routine.run(hash); }));
     }
   }
   return most;

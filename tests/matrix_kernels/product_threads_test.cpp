@@ -73,17 +73,6 @@ TEST(ProductThreads, SeveralCallersAtOnce) {
   }
 }
 
-TEST(ProductThreads, TheStackOfACallIsBounded) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the sanitizer widens every frame";
-#endif
-  // Both transposed: the caller carries both packing buffers.
-  const Operands operands = random_operands({'T', 'T', 170, 97, 250, 1.0, 1.0});
-  const std::size_t written = zortest::stack_written_by([&operands] { operands.product(); });
-  EXPECT_GT(written, 248U * (80 + 96) * sizeof(double)) << "not all of it was seen";
-  EXPECT_LE(written, 384U * 1024);
-}
-
 // What a thread of a small stack must carry: its own buffers and those of the caller, whatever else the frames hold.
 TEST(ProductThreads, ASmallStackCarriesACallAlsoOnEightThreadsAtOnce) {
 #ifdef __SANITIZE_ADDRESS__

@@ -45,58 +45,6 @@ TEST(SparseProduct, KeepsItsOrderForEveryVectorCountAndTeam) {
   }
 }
 
-TEST(SparseProduct, EveryShortOrder) {
-  Random random(5);
-  for (int n = 1; n <= 20; ++n) {
-    for (int nrows = 0; nrows <= n; ++nrows) {
-      for (const int nvec : {1, 2, 3, 4, 5, 12}) {
-        SCOPED_TRACE(testing::Message() << "n " << n << ", " << nrows << " rows, " << nvec << " vectors");
-        for (const int mode : {1, 2}) {
-          ASSERT_NO_FATAL_FAILURE(expect_product(mode, scattered_rows(n, nrows, 6, 4, random), nvec, random));
-        }
-      }
-    }
-  }
-}
-
-// Rows that begin alike share work. Wherever that could change an order of additions it must not be done: columns that
-// stand twice, above the row, or in a different order in the next row.
-TEST(SparseProduct, RowsAlmostAlikeKeepTheirOrder) {
-  Random random(7);
-  for (int trial = 1; trial <= 1000; ++trial) {
-    const int unknowns = random.integer(2, 7);
-    const int nodes = random.integer(2, 12);
-    const int n = nodes * unknowns;
-    const int nrows = random.integer(0, 2) > 0 ? n : random.integer(1, n);
-    const auto a = node_rows(nodes, unknowns, random.integer(1, 6), nrows, random.integer(0, 12), random);
-    const int nvec = random.integer(1, 13);
-    const int mode = random.integer(0, 3) > 0 ? 1 : 2;
-    SCOPED_TRACE(testing::Message() << "trial " << trial << ", mode " << mode << ", " << nvec << " vectors");
-    ASSERT_NO_FATAL_FAILURE(expect_product(mode, a, nvec, random));
-  }
-}
-
-TEST(SparseProduct, AsManyEntriesAsUnknownsMeanADiagonalWhateverTheMode) {
-  Random random(3);
-  for (const std::int32_t n : {0, 1, 2, 7, 8, 9, 40}) {
-    for (const std::int32_t mode : {1, 2, 7, -1}) {
-      for (const std::int32_t nvec : {-2, 0, 1, 3, 5}) {
-        const auto values = random.vector(static_cast<std::size_t>(n));
-        const auto x = random.vector(values.size() * static_cast<std::size_t>(std::max(nvec, 1)));
-        std::vector<double> expected;
-        for (const double number : x) {
-          expected.push_back(values[expected.size() % values.size()] * number);
-        }
-        Guarded<double> y(x.size(), 1);
-        const std::int32_t unread = -5;
-        eaxmvm(&mode, &n, &unread, &n, &nvec, nullptr, nullptr, values.data(), x.data(), y.data());
-        expect_same_bits(expected, y.values());
-        ASSERT_TRUE(y.intact());
-      }
-    }
-  }
-}
-
 TEST(SparseProduct, LeavesYAloneForOtherModesAndForNoVector) {
   Random random(4);
   const auto a = scattered_rows(30, 30, 5, 0, random);

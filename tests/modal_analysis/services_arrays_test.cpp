@@ -4,37 +4,20 @@
 
 #include <optional>
 
-#include "ZORMemory.h"
 #include "ZORTAVListing.h"
 #include "modal_analysis/solver_matrices.h"
 #include "modes/modal_solver.h"
 #include "services/array_memory.h"
+#include "support/memory_refusal.h"
 #include "test_system.h"
 
 namespace {
 
 using modal::Array;
 using modal::ArrayMemory;
+using zortest::MemoryRefusal;
 
 constexpr double word = 8.0;
-
-// Refuses every request but the first few, while it lives.
-class Refusal {
- public:
-  explicit Refusal(int granted) : left_(granted) { ZORSetMemRefusal(&Refusal::refuse, this); }
-  ~Refusal() { ZORSetMemRefusal(nullptr, nullptr); }
-  Refusal(const Refusal&) = delete;
-  Refusal& operator=(const Refusal&) = delete;
-
- private:
-  static bool refuse(void* self, std::size_t /*bytes*/) { return --static_cast<Refusal*>(self)->left_ < 0; }
-  int left_;
-};
-
-class Quiet : public modal::Progress {
- public:
-  void step(const char* /*phase*/, double /*done*/, double /*total*/) override {}
-};
 
 TEST(ArrayMemory, PeakCountsWhatIsHeldAtOnceInWhateverOrderItIsGivenBack) {
   ArrayMemory& memory = ArrayMemory::instance();
@@ -76,7 +59,7 @@ TEST(ArrayMemory, RefusalsSayWhatWasAskedForAndAllowed) {
   zortest::remove_variable("TAV_MAX_ALLOC");
   EXPECT_EQ(said(1'000'000), "");
   EXPECT_EQ(said(std::size_t{1} << 31), "an array of 1.72e+04 MB is larger than one request can be");
-  const Refusal refusal(0);
+  const MemoryRefusal refusal(1);
   EXPECT_EQ(said(1'000), "there is no memory for an array of 0.008 MB");
 }
 
@@ -90,11 +73,11 @@ TEST(ArrayMemory, TheSolverGivesEverythingBackWhenAnyRequestIsRefused) {
     const modal::SymmetricMatrix k = modaltest::laplacian(9, 7);
     const modal::SymmetricMatrix m = modaltest::identity(k.order);
     const std::size_t before = ArrayMemory::instance().arrays();
-    Quiet quiet;
+    modaltest::Quiet quiet;
     ZORTAVTraceState("TAVPrint", 0);  // a warning a refusal
     for (; failed; granted += granted < every_request ? 1 : later_step) {
       ASSERT_LT(granted, 10'000);
-      const Refusal refusal(granted);
+      const MemoryRefusal refusal(granted + 1);
       try {
         failed = modal::find_lowest_modes(k, m, 3, quiet).eigenvalue.size() != 3;
       } catch (const std::bad_alloc&) {

@@ -13,10 +13,15 @@
 #include "factorization/compressed_graph.h"
 #include "factorization/index.h"
 #include "factorization/nested_dissection.h"
+#include "modes/modal_solver.h"
 #include "structure/symmetric_matrix.h"
 #include "support/numbers.h"
 
 namespace modaltest {
+
+struct Quiet : modal::Progress {
+  void step(const char* /*phase*/, double /*done*/, double /*total*/) override {}
+};
 
 struct Entry {
   std::int32_t i;

@@ -9,15 +9,11 @@
 
 namespace {
 
-class Quiet : public modal::Progress {
-  void step(const char* /*phase*/, double /*done*/, double /*total*/) override {}
-};
-
 // The library takes another route with one thread than with several; the results are the same to the last bit.
 TEST(SolverThreads, SameBitsWithAnyNumberOfThreads) {
   const modal::SymmetricMatrix k = modaltest::laplacian(47, 37);
   const modal::SymmetricMatrix m = modaltest::random_dominant(k.order, 3.0, 21);
-  Quiet quiet;
+  modaltest::Quiet quiet;
   const modal::ModalResult before =
       modal::find_lowest_modes(k, m, 5, quiet);  // the threading mode is not determined yet
   std::int32_t decision = 0;

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ZORMathematics.h"
@@ -137,30 +138,14 @@ TEST(Configuration, WorkingMemory) {
   }
 }
 
-struct Value {
-  const char* text;
-  int32_t expected;
-};
-
 TEST(Configuration, ThreadCount) {
   zortest::remove_variable("OMP_NUM_THREADS");
   EXPECT_EQ(result_of(ehucpu), 1);
-  for (const Value& value : {Value{"", 1}, {" 12 threads", 12}, {"0x10", 16}, {"010", 8}, {"-3", -3}, {"many", 1}}) {
-    zortest::set_variable("OMP_NUM_THREADS", value.text);
-    EXPECT_EQ(result_of(ehucpu), value.expected) << value.text;
+  for (const auto& [text, threads] :
+       {std::pair{"", 1}, {" 12 threads", 12}, {"0x10", 16}, {"010", 8}, {"-3", -3}, {"many", 1}}) {
+    zortest::set_variable("OMP_NUM_THREADS", text);
+    EXPECT_EQ(result_of(ehucpu), threads) << text;
   }
-}
-
-TEST(Configuration, LargestAllocation) {
-  const int32_t unlimited = 2147400000;
-  const Value values[] = {{"", unlimited},     {"much", unlimited}, {"-1", unlimited},   {"1", 128018},
-                          {"2096", 268325728}, {"2097", unlimited}, {"3000", unlimited}, {"5000", 103219088}};
-  for (const Value& value : values) {
-    zortest::set_variable("TAV_MAX_ALLOC", value.text);
-    EXPECT_EQ(result_of(ehalmxc), value.expected) << value.text;
-  }
-  zortest::remove_variable("TAV_MAX_ALLOC");
-  EXPECT_EQ(result_of(ehalmxc), unlimited);
 }
 
 TEST(Configuration, SlaveMemoryAndVendorVersion) {

@@ -4,14 +4,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <regex>
 #include <string>
 
-#include "ZORDescriptor.h"
 #include "ZORFile.h"
-#include "ZORSystem.h"
 #include "ZORTAVListing.h"
 #include "ZORTavListingServices.h"
 #include "ZORTavTraces.h"
@@ -103,7 +100,7 @@ TEST_F(Listing, TheSameFolderAgainChangesNothing) {
   EXPECT_STREQ(Log::GetDirectory().GetText(), here().c_str());
 }
 
-TEST_F(Listing, TheLogMovesWithItsContents) {
+TEST_F(Listing, TheLogMovesWithItsContentsAndIsClosed) {
   ASSERT_EQ(Log::Set(here().c_str()), 0);
   const std::string name = Log::GetFileName().GetText();
   ehprint("here");
@@ -113,15 +110,12 @@ TEST_F(Listing, TheLogMovesWithItsContents) {
   EXPECT_EQ(Log::GetDirectory(), (there() + "/").c_str());
   EXPECT_EQ(logged(), "here\nthere\n");
   EXPECT_TRUE(std::filesystem::is_empty(here()));
-}
-
-TEST_F(Listing, ResetClosesTheLog) {
-  EXPECT_EQ(Log::Reset(), 0);
-  ASSERT_EQ(Log::Set(here().c_str()), 0);
   const int32_t descriptor = Log::GetDescriptor();
-  EXPECT_EQ(Log::Reset(), 0);
-  EXPECT_FALSE(is_open(descriptor));
-  expect_no_log();
+  for (int reset = 0; reset < 2; ++reset) {
+    EXPECT_EQ(Log::Reset(), 0);
+    EXPECT_FALSE(is_open(descriptor));
+    expect_no_log();
+  }
 }
 
 // In a child: what follows a failure in the middle of a move is not to be undone.
@@ -186,20 +180,6 @@ TEST_F(Listing, WithALogNothingReachesStandardOutput) {
   EXPECT_EQ(captured(stdout, [] { ehprint("again"); }), "again\n");
 }
 
-[[noreturn]] void print_with_standard_output_closed(const std::string& folder) {
-  ZORReleaseDescriptor(zortest::descriptor_of(stdout));
-  print_all();
-  const bool open = Log::Set(folder.c_str()) == 0;
-  print_all();
-  const bool stayed_closed = !is_open(1);
-  const bool lost = contents(folder + "/" + Log::GetFileName().GetText()).empty();
-  std::_Exit(open && stayed_closed && lost && Log::Reset() == 0 ? 0 : 1);
-}
-
-TEST_F(Listing, AClosedStandardOutputIsSurvived) {
-  EXPECT_EXIT(print_with_standard_output_closed(here()), testing::ExitedWithCode(0), "");
-}
-
 TEST_F(Listing, ChannelsAreOnAtLoadAndSetTavTracesSetsSixOfThem) {
   const struct {
     ZORTrace& trace;
@@ -247,24 +227,6 @@ TEST_F(Listing, SetTavTracesOpensTheLog) {
   SetTavTraces();
   ehprint("opened");
   EXPECT_EQ(logged(), "opened\n");
-}
-
-// A folder name beyond the old code pages, by way of the environment.
-TEST_F(Listing, TheFolderMayHaveAnyName) {
-  const std::u8string folder = std::filesystem::path(here()).u8string() + u8"/Mod\u00E8les \u03A9\u65E5";
-  ASSERT_TRUE(std::filesystem::create_directory(std::filesystem::path(folder)));
-  const std::string name(folder.begin(), folder.end());
-  std::string entry = "ADL_ODT_OUT=" + name;
-  ZORPutEnv(entry.data());
-  SetTavTraces();
-  zortest::remove_variable("ADL_ODT_OUT");
-  EXPECT_STREQ(Log::GetDirectory().GetText(), name.c_str());
-  ehprint("any name");
-  const std::string file = Log::GetFileName().GetText();
-  EXPECT_EQ(Log::Reset(), 0);
-  std::string text;
-  std::getline(std::ifstream(std::filesystem::path(folder) / file), text);
-  EXPECT_EQ(text, "any name");
 }
 
 }  // namespace

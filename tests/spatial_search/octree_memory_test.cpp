@@ -19,7 +19,7 @@ TEST(OctreeMemory, ARefusedAllocationIsMadeUpForOrLeavesAnEmptyTree) {
   for (const int kind : {zortest::uniform, zortest::clustered, zortest::duplicates, zortest::not_finite}) {
     const zortest::Cloud cloud = zortest::make_cloud(kind, 250, random);
     const auto build = [&cloud](Tree& tree) { return tree.Build(cloud.data(), 250, 3, nullptr, 1e-200, 15); };
-    const zortest::OctreeOracle whole(cloud, 3, nullptr, 1e-200, 15);
+    zortest::OctreeOracle whole(cloud, 3, nullptr, 1e-200, 15);
     for (const int refusals : {1, 1000000}) {
       int made_up_for = 0;
       bool refused = true;
@@ -32,7 +32,7 @@ TEST(OctreeMemory, ARefusedAllocationIsMadeUpForOrLeavesAnEmptyTree) {
         allocations_left = -1;
         if (status == 0) {
           made_up_for += refused ? 1 : 0;
-          ASSERT_NO_FATAL_FAILURE(zortest::expect_same_octree(whole, whole.root.get(), tree.root())) << k;
+          ASSERT_NO_FATAL_FAILURE(whole.expect_same(tree.root())) << k;
           ASSERT_EQ(tree.GetNbLevels(), whole.levels);
         } else {
           ASSERT_EQ(status, ZORSamStatusOutOfMemory) << k;

@@ -1,25 +1,21 @@
 // SPDX-License-Identifier: MIT
-// The rules of the octree and of its search, one step after the other and without a thought for speed.
+// The rules of the octree and of its search, without a tree and without a thought for speed: what is in a cell decides
+// what becomes of it.
 #pragma once
 
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include "spatial_search/clouds.h"
 
 namespace zortest {
 
-struct OracleNode {
+struct Cell {
   Point centre{};
   std::uint32_t level = 0;
-  std::uint32_t entities = 0;
-  std::uint32_t capacity = 0;
-  std::vector<std::uint32_t> index;
-  std::array<std::unique_ptr<OracleNode>, 8> child;
-  bool leaf = true;
+  std::vector<std::uint32_t> index = {};
 };
 
 struct OracleQuery {
@@ -34,38 +30,33 @@ class OctreeOracle {
  public:
   OctreeOracle(const Cloud& cloud, std::uint32_t capacity, const unsigned char* flags, double diagonal,
                std::uint32_t most_levels)
-      : cloud_(cloud), capacity_(capacity), min_diagonal(diagonal), level_limit(most_levels) {
+      : min_diagonal(diagonal), level_limit(most_levels), cloud_(cloud), capacity_(capacity) {
     constexpr double largest = std::numeric_limits<double>::max();
     Point low{largest, largest, largest};
     Point high{-largest, -largest, -largest};
-    const auto takes_part = [flags](std::size_t i) { return flags == nullptr || flags[i] != 0; };
-    for (std::size_t i = 0; i < cloud.size(); ++i) {
-      for (std::size_t a = 0; takes_part(i) && a < 3; ++a) {
-        low[a] = cloud[i][a] < low[a] ? cloud[i][a] : low[a];
-        high[a] = cloud[i][a] > high[a] ? cloud[i][a] : high[a];
+    for (std::uint32_t i = 0; i < cloud.size(); ++i) {
+      if (flags == nullptr || flags[i] != 0) {
+        root.index.push_back(i);
+        for (std::size_t a = 0; a < 3; ++a) {
+          low[a] = cloud[i][a] < low[a] ? cloud[i][a] : low[a];
+          high[a] = cloud[i][a] > high[a] ? cloud[i][a] : high[a];
+        }
       }
-      valid += takes_part(i) ? 1 : 0;
     }
-    if (valid > 0) {
-      root = std::make_unique<OracleNode>();
-      for (std::size_t a = 0; a < 3; ++a) {
-        size[a] = high[a] - low[a];
-        root->centre[a] = low[a] + size[a] / 2;
-      }
+    valid = static_cast<std::uint32_t>(root.index.size());
+    for (std::size_t a = 0; a < 3 && valid > 0; ++a) {
+      size[a] = high[a] - low[a];
+      root.centre[a] = low[a] + size[a] / 2;
     }
     limit_levels();
-    for (std::size_t i = 0; i < cloud.size(); ++i) {
-      if (takes_part(i)) {
-        levels = std::max(levels, add(*root, static_cast<std::uint32_t>(i)));
-      }
-    }
   }
 
-  void box(const OracleNode& node, Point& low, Point& high) const {
-    for (std::size_t a = 0; a < 3; ++a) {
-      const double length = size[a] / std::pow(2, node.level);
-      low[a] = node.centre[a] - length / 2;
-      high[a] = node.centre[a] + length / 2;
+  // Everything from the root on; levels are those of the tree then.
+  void expect_same(const ZORSamOctant* actual) {
+    ASSERT_EQ(actual != nullptr, valid > 0);
+    levels = 0;
+    if (actual != nullptr) {
+      expect_same(root, *actual);
     }
   }
 
@@ -77,10 +68,20 @@ class OctreeOracle {
     probes = 0;
     square.clear();
     found.clear();
-    if (root && query_.target > 0 && query_.most_probes > 0) {
-      search(*root);
+    if (query_.target > 0 && query_.most_probes > 0) {
+      search(root);
     }
   }
+
+  Point size{};
+  double min_diagonal;
+  std::uint32_t level_limit;
+  std::uint32_t levels = 0;
+  std::uint32_t valid = 0;
+  Cell root;
+  std::uint32_t probes = 0;
+  std::vector<double> square;
+  std::vector<std::uint32_t> found;
 
  private:
   const Cloud& cloud_;
@@ -88,18 +89,6 @@ class OctreeOracle {
   OracleQuery query_;
   double factor_ = 1;
 
- public:
-  Point size{};
-  double min_diagonal;
-  std::uint32_t level_limit;
-  std::uint32_t levels = 0;
-  std::uint32_t valid = 0;
-  std::unique_ptr<OracleNode> root;
-  std::uint32_t probes = 0;
-  std::vector<double> square;
-  std::vector<std::uint32_t> found;
-
- private:
   void limit_levels() {
     const double d2 = size[0] * size[0] + size[1] * size[1] + size[2] * size[2];
     const double r = d2 / (min_diagonal * min_diagonal);
@@ -112,54 +101,75 @@ class OctreeOracle {
     level_limit = l < level_limit ? static_cast<std::uint32_t>(l) : level_limit;
     min_diagonal = d2 / std::pow(4, level_limit);
   }
-  static std::size_t child_of(const OracleNode& node, const Point& p) {
-    return (p[0] > node.centre[0] ? 1U : 0U) + (p[1] > node.centre[1] ? 2U : 0U) + (p[2] > node.centre[2] ? 4U : 0U);
+
+  bool is_leaf(const Cell& cell) const { return cell.index.size() <= capacity_ || cell.level + 1 >= level_limit; }
+  void box(const Cell& cell, Point& low, Point& high) const {
+    for (std::size_t a = 0; a < 3; ++a) {
+      const double length = size[a] / std::pow(2, cell.level);
+      low[a] = cell.centre[a] - length / 2;
+      high[a] = cell.centre[a] + length / 2;
+    }
   }
-  OracleNode& child(OracleNode& node, const Point& p) const {
-    const std::size_t c = child_of(node, p);
-    if (!node.child[c]) {
-      node.child[c] = std::make_unique<OracleNode>();
-      node.child[c]->level = node.level + 1;
-      for (std::size_t a = 0; a < 3; ++a) {
-        const double half = size[a] / std::pow(2, node.level) * 0.5;
-        const double lower = node.centre[a] - half / 2;
-        node.child[c]->centre[a] = (c >> a & 1U) != 0 ? lower + half : lower;
+  static std::size_t child_of(const Cell& cell, const Point& p) {
+    return (p[0] > cell.centre[0] ? 1U : 0U) + (p[1] > cell.centre[1] ? 2U : 0U) + (p[2] > cell.centre[2] ? 4U : 0U);
+  }
+  Cell child(const Cell& cell, std::size_t c) const {
+    Cell part{.level = cell.level + 1};
+    for (std::size_t a = 0; a < 3; ++a) {
+      const double half = size[a] / std::pow(2, cell.level) * 0.5;
+      const double lower = cell.centre[a] - half / 2;
+      part.centre[a] = (c >> a & 1U) != 0 ? lower + half : lower;
+    }
+    for (const std::uint32_t i : cell.index) {
+      if (child_of(cell, cloud_[i]) == c) {
+        part.index.push_back(i);
       }
     }
-    return *node.child[c];
+    return part;
   }
-  void append(OracleNode& node, std::uint32_t i) const {
-    node.capacity = node.entities < node.capacity ? node.capacity : std::max(2 * node.capacity, capacity_);
-    node.index.push_back(i);
-    ++node.entities;
-  }
-  // The depth reached.
-  std::uint32_t add(OracleNode& node, std::uint32_t i) {
-    if (node.leaf && !(node.entities + 1 > capacity_ && node.level + 1 < level_limit)) {
-      append(node, i);
-      return node.level + 1;
+
+  void expect_same(const Cell& cell, const ZORSamOctant& actual) {
+    Point low{}, high{}, expected_low{}, expected_high{};
+    actual.GetBoundingBox(low[0], low[1], low[2], high[0], high[1], high[2]);
+    box(cell, expected_low, expected_high);
+    for (std::size_t a = 0; a < 3; ++a) {
+      ASSERT_TRUE(same_bits(low[a], expected_low[a]) && same_bits(high[a], expected_high[a])) << "axis " << a;
     }
-    if (node.leaf) {
-      for (const std::uint32_t old : node.index) {
-        append(child(node, cloud_[old]), old);
+    levels = std::max(levels, cell.level + 1);
+    ASSERT_EQ(actual.GetLevel(), cell.level);
+    ASSERT_EQ(actual.GetNbEntities(), cell.index.size());
+    ASSERT_EQ(actual.IsLeaf(), is_leaf(cell));
+    if (is_leaf(cell)) {
+      std::uint32_t capacity = capacity_;
+      while (capacity < cell.index.size()) {
+        capacity *= 2;
       }
-      node.index.clear();
-      node.capacity = 0;
-      node.leaf = false;
+      ASSERT_EQ(actual.GetCapacity(), capacity);
+      std::vector<std::uint32_t> index = cell.index;
+      index.resize(capacity);  // the rest is zero
+      ASSERT_EQ(std::vector<std::uint32_t>(actual.GetIndexes(), actual.GetIndexes() + capacity), index);
+      return;
     }
-    ++node.entities;
-    return add(child(node, cloud_[i]), i);
+    ASSERT_EQ(actual.GetCapacity(), 0U);
+    ASSERT_EQ(actual.GetIndexes(), nullptr);
+    for (std::size_t c = 0; c < 8; ++c) {
+      const Cell part = child(cell, c);
+      const ZORSamOctant* const octant = actual.GetChilds()[c];
+      ASSERT_EQ(octant == nullptr, part.index.empty());
+      if (octant != nullptr) {
+        ASSERT_NO_FATAL_FAILURE(expect_same(part, *octant));
+      }
+    }
   }
 
   double worst() const { return square.empty() ? 0 : square.back(); }
-  bool close_enough(const OracleNode& node) const {
+  bool close_enough(const Cell& cell) const {
     if (square.size() < query_.target) {
       return true;
     }
     const double reach = worst() / factor_;
-    Point low{};
-    Point high{};
-    box(node, low, high);
+    Point low{}, high{};
+    box(cell, low, high);
     double t = 0;
     double s = 0;
     for (std::size_t a = 0; a < 3; ++a) {
@@ -175,23 +185,24 @@ class OctreeOracle {
     }
     return s < reach;
   }
-  void search(const OracleNode& node) {
-    if (node.leaf) {
-      collect(node);
+  void search(const Cell& cell) {
+    if (is_leaf(cell)) {
+      collect(cell);
       return;
     }
-    const std::size_t own = child_of(node, query_.at);
-    if (node.child[own]) {
-      search(*node.child[own]);
+    const std::size_t own = child_of(cell, query_.at);
+    if (const Cell part = child(cell, own); !part.index.empty()) {
+      search(part);
     }
     for (std::size_t c = 0; c < 8 && probes < query_.most_probes; ++c) {
-      if (c != own && node.child[c] && close_enough(*node.child[c])) {
-        search(*node.child[c]);
+      const Cell part = child(cell, c);
+      if (c != own && !part.index.empty() && close_enough(part)) {
+        search(part);
       }
     }
   }
-  void collect(const OracleNode& node) {
-    for (const std::uint32_t i : node.index) {
+  void collect(const Cell& cell) {
+    for (const std::uint32_t i : cell.index) {
       if (probes >= query_.most_probes) {
         return;
       }
@@ -227,35 +238,5 @@ class OctreeOracle {
     }
   }
 };
-
-inline void expect_same_octree(const OctreeOracle& oracle, const OracleNode* expected, const ZORSamOctant* actual) {
-  ASSERT_EQ(expected == nullptr, actual == nullptr);
-  if (expected == nullptr) {
-    return;
-  }
-  Point low{};
-  Point high{};
-  Point oracle_low{};
-  Point oracle_high{};
-  actual->GetBoundingBox(low[0], low[1], low[2], high[0], high[1], high[2]);
-  oracle.box(*expected, oracle_low, oracle_high);
-  for (std::size_t a = 0; a < 3; ++a) {
-    ASSERT_TRUE(same_bits(low[a], oracle_low[a]) && same_bits(high[a], oracle_high[a])) << "axis " << a;
-  }
-  ASSERT_EQ(actual->GetLevel(), expected->level);
-  ASSERT_EQ(actual->GetNbEntities(), expected->entities);
-  ASSERT_EQ(actual->GetCapacity(), expected->capacity);
-  ASSERT_EQ(actual->IsLeaf(), expected->leaf);
-  if (expected->leaf) {
-    std::vector<std::uint32_t> index = expected->index;
-    index.resize(expected->capacity);
-    ASSERT_EQ(std::vector<std::uint32_t>(actual->GetIndexes(), actual->GetIndexes() + index.size()), index);
-    return;
-  }
-  ASSERT_EQ(actual->GetIndexes(), nullptr);
-  for (std::size_t c = 0; c < 8; ++c) {
-    expect_same_octree(oracle, expected->child[c].get(), actual->GetChilds()[c]);
-  }
-}
 
 }  // namespace zortest

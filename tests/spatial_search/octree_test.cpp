@@ -80,34 +80,24 @@ TEST(Octree, LimitsKeepTheirTwoUnits) {
   EXPECT_EQ(tree.GetLevelMaxNbOctants(11) + tree.GetLevelMaxNbOctants(400) + tree.GetTreeMaxNbOctants(400), 0U);
 }
 
-TEST(Octree, TellsItsBoxAndThoseOfItsNodes) {
-  using Box = std::array<double, 6>;
-  const auto box_of = [](const auto& boxed) {
-    Box b;
-    boxed.GetBoundingBox(b[0], b[1], b[2], b[3], b[4], b[5]);
-    return b;
-  };
-  const auto sizes_of = [](const auto& boxed) {
-    std::array<double, 3> sizes;
-    boxed.GetSizes(sizes[0], sizes[1], sizes[2]);
-    return sizes;
-  };
-  const auto centre_of = [](const Tree& tree) {
-    std::array<double, 3> centre;
-    tree.GetCenter(centre[0], centre[1], centre[2]);
-    return centre;
-  };
+TEST(Octree, TellsItsBox) {
+  using Triple = std::array<double, 3>;
   const Cloud cloud{{1, 10, 3}, {5, 2, -1}, {100, 100, 100}, {1.5, 9, 2.5}};
   const unsigned char without_the_third[] = {1, 1, 0, 1};
   Tree tree;
-  EXPECT_EQ(box_of(tree), Box{});
-  EXPECT_EQ(centre_of(tree), (std::array<double, 3>{}));
+  Triple low{1, 1, 1}, high{1, 1, 1}, centre{1, 1, 1}, sizes{};
+  tree.GetCenter(centre[0], centre[1], centre[2]);
+  EXPECT_EQ(centre, Triple{});
   ASSERT_EQ(tree.Build(cloud.data(), 4, 1, without_the_third, 1e-3, 9), 0);
-  EXPECT_EQ(box_of(tree), (Box{1, 2, -1, 5, 10, 3}));
-  EXPECT_EQ(centre_of(tree), (std::array<double, 3>{3, 6, 1}));
-  EXPECT_EQ(sizes_of(tree), (std::array<double, 3>{4, 8, 4}));
-  EXPECT_EQ(box_of(*tree.root()), box_of(tree));
-  EXPECT_EQ(sizes_of(*tree.root()), sizes_of(tree));
+  tree.GetBoundingBox(low[0], low[1], low[2], high[0], high[1], high[2]);
+  EXPECT_EQ(low, (Triple{1, 2, -1}));
+  EXPECT_EQ(high, (Triple{5, 10, 3}));
+  tree.GetCenter(centre[0], centre[1], centre[2]);
+  EXPECT_EQ(centre, (Triple{3, 6, 1}));
+  tree.GetSizes(sizes[0], sizes[1], sizes[2]);
+  EXPECT_EQ(sizes, (Triple{4, 8, 4}));
+  tree.root()->GetSizes(sizes[0], sizes[1], sizes[2]);
+  EXPECT_EQ(sizes, (Triple{4, 8, 4}));
 }
 
 // Nodes that count themselves, made until they are refused.
@@ -134,15 +124,12 @@ TEST(Octree, OwnsItsNodesAndFailsWithoutATrace) {
   zortest::Random random(5);
   const Cloud cloud = zortest::make_cloud(zortest::clustered, 60, random);
   const auto build = [&cloud](Tree& tree) { return tree.Build(cloud.data(), 60, 4, nullptr, 1e-6, 10); };
-  int all = 0;
-  {
-    CountedTree tree;
-    ASSERT_EQ(build(tree), 0);
-    all = tree.living;
-    ASSERT_GT(all, 20);
-    tree.Reset();
-    EXPECT_EQ(tree.living, 0);
-  }
+  CountedTree whole;
+  ASSERT_EQ(build(whole), 0);
+  int all = whole.living;
+  ASSERT_GT(all, 20);
+  whole.Reset();
+  EXPECT_EQ(whole.living, 0);
   for (int made = 0; made < all; ++made) {
     for (const bool with_node : {false, true}) {
       CountedTree tree;

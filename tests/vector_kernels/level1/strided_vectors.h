@@ -14,17 +14,6 @@ namespace zortest {
 
 inline constexpr std::int32_t increments[] = {1, -1, 2, -2, 3, 0};
 
-// visit(n, at): every length up to 80 and some longer ones, each as many bytes past a boundary: by elements up to the
-// widest register, and off the elements' own boundary.
-template <class Visit>
-void for_vectors(const Visit& visit) {
-  for (std::int32_t n = -2; n <= 1000; n += n < 80 ? 1 : 131) {
-    for (const std::size_t at : {0U, 8U, 16U, 24U, 32U, 40U, 48U, 56U, 2U}) {
-      visit(n, at);
-    }
-  }
-}
-
 // Where element i (from 0) of n lies when a negative increment walks backwards.
 inline std::size_t place(int i, int n, int inc) {
   return static_cast<std::size_t>(inc >= 0 ? i * inc : (n - 1 - i) * -inc);
