@@ -25,6 +25,7 @@ std::string reported(const std::string& text) {
 }
 
 TEST(LateReports, AreWrittenWhenTheLibrarysObjectsHaveGone) {
+  const std::string library = LIBRARY_FILE;
   for (const std::string setting : {"early", "late"}) {
     for (const bool to_log : {false, true}) {
       SCOPED_TRACE(setting + (to_log ? ", to the log" : ", to standard output"));
@@ -33,7 +34,7 @@ TEST(LateReports, AreWrittenWhenTheLibrarysObjectsHaveGone) {
       const std::string log = to_log ? log_folder.path() : "";
       // The C library fills what is freed.
       EXPECT_EQ(zortest::run_program(folder.path(), "MALLOC_PERTURB_=165 ADL_ODT_OUT=" + log, LATE_REPORTER,
-                                     std::string("'") + LIBRARY_FILE + "' " + setting, "out", "err"),
+                                     '"' + library + "\" " + setting, "out", "err"),
                 0);
       EXPECT_EQ(contents(folder / "err"), "");
       std::string written = contents(folder / "out");
