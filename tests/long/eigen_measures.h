@@ -67,34 +67,47 @@ inline void reflect_all(int n, const std::vector<double>& a, std::vector<long do
   }
 }
 
-// Q·T·Qᵀ for the reflectors and the tridiagonal matrix of a reduction.
-inline FullMatrix reduced_matrix_restored(int n, const std::vector<double>& a, const std::vector<double>& d,
+// Q·T·Qᵀ for the reflectors and the tridiagonal matrix of a reduction: H·A·H = A − u·wᵀ − w·uᵀ for one reflector after
+// the other, w = p − (uᵀ·p/2h)·u, p = A·u/h, each beyond whose length the matrix is still tridiagonal.
+inline FullMatrix reduced_matrix_restored(int n, const std::vector<double>& reflectors, const std::vector<double>& d,
                                           const std::vector<double>& e) {
-  FullMatrix t(n);
+  FullMatrix a(n);
   for (int i = 1; i <= n; ++i) {
-    t(i, i) = d[oracle::size(i - 1)];
+    a(i, i) = d[oracle::size(i - 1)];
     if (i > 1) {
-      t(i, i - 1) = t(i - 1, i) = e[oracle::size(i - 1)];
+      a(i, i - 1) = a(i - 1, i) = e[oracle::size(i - 1)];
     }
   }
-  for (int side = 0; side < 2; ++side) {
-    for (int j = 1; j <= n; ++j) {
-      std::vector<long double> column(oracle::size(n));
-      for (int i = 1; i <= n; ++i) {
-        column[oracle::size(i - 1)] = t(i, j);
+  std::vector<long double> w(oracle::size(n));
+  for (int i = 3; i <= n; ++i) {
+    const double* const u = reflectors.data() + oracle::packed(i - 1) - 1;
+    const double h = u[i];
+    if (h == 0) {
+      continue;
+    }
+    long double up = 0;
+    for (int j = 1; j < i; ++j) {
+      long double p = 0;
+      for (int k = 1; k < i; ++k) {
+        p += a(k, j) * u[k];
       }
-      reflect_all(n, a, column);
-      for (int i = 1; i <= n; ++i) {
-        t(i, j) = column[oracle::size(i - 1)];
+      w[oracle::size(j)] = p / h;
+      up += p / h * u[j];
+    }
+    for (int j = 1; j < i; ++j) {
+      w[oracle::size(j)] -= up / (2 * h) * u[j];
+    }
+    for (int j = 1; j < i; ++j) {
+      for (int k = 1; k < i; ++k) {
+        a(k, j) -= u[k] * w[oracle::size(j)] + w[oracle::size(k)] * u[j];
       }
     }
-    for (int j = 1; j <= n; ++j) {
-      for (int i = 1; i < j; ++i) {
-        std::swap(t(i, j), t(j, i));
-      }
+    const long double last = a(i, i - 1);
+    for (int k = 1; k < i; ++k) {
+      a(i, k) = a(k, i) = ((k == i - 1 ? 1 : 0) - static_cast<long double>(u[i - 1]) * u[k] / h) * last;
     }
   }
-  return t;
+  return a;
 }
 
 struct EigenMeasures {
@@ -106,7 +119,6 @@ inline EigenMeasures measure(const FullMatrix& a, const std::vector<double>& d, 
   const int n = a.order();
   EigenMeasures errors;
   const auto column = [&](int j) { return v.data() + oracle::size(j) * oracle::size(n); };
-  std::vector<long double> av(oracle::size(n));
   for (int j = 0; j < n; ++j) {
     for (int i = 0; i <= j; ++i) {
       long double sum = i == j ? -1 : 0;
@@ -115,14 +127,11 @@ inline EigenMeasures measure(const FullMatrix& a, const std::vector<double>& d, 
       }
       errors.orthogonality = std::max(errors.orthogonality, std::fabs(sum));
     }
-    std::fill(av.begin(), av.end(), 0.0L);
-    for (int k = 0; k < n; ++k) {
-      for (int i = 0; i < n; ++i) {
-        av[oracle::size(i)] += a(i + 1, k + 1) * column(j)[k];
-      }
-    }
     for (int i = 0; i < n; ++i) {
-      const long double r = av[oracle::size(i)] - static_cast<long double>(d[oracle::size(j)]) * column(j)[i];
+      long double r = -static_cast<long double>(d[oracle::size(j)]) * column(j)[i];
+      for (int k = 0; k < n; ++k) {
+        r += a(k + 1, i + 1) * column(j)[k];  // symmetric, and its columns stand together
+      }
       errors.residual = std::max(errors.residual, std::fabs(r));
     }
   }

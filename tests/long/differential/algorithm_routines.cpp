@@ -330,24 +330,17 @@ void reduced_matrix(Trial& t) {
   t.expect(0, result);
   s.check_inverse(t);
   t.expect_that(tt.intact() && ss.intact(), "written beyond an array's ends");
-  const auto dot = [&](const double* x, std::size_t stride, const double* y) {
-    long double sum = 0;
-    long double magnitude = 0;
-    for (std::size_t k = 0; k < size(s.n); ++k) {
-      const long double term = static_cast<long double>(x[k * stride]) * y[k];
-      sum += term;
-      magnitude += std::fabs(term);
-    }
-    return sum_of(s.n + 2, sum, magnitude);
+  const auto product = [&](const double* x, std::size_t step, const double* y) {
+    return dot(s.n + 2, s.n, Line{x, step}, Line{y, 1});
   };
   for (std::size_t j = 0; j < size(m); ++j) {
     const double* const bj = b.own.data() + j * size(ldb);
     const double* const tj = tt.data() + j * size(s.n);
     for (std::size_t i = 0; i < size(s.n); ++i) {
-      t.expect(dot(s.r.data() + i, size(s.n), bj), tj[i]);
+      t.expect(product(s.r.data() + i, size(s.n), bj), tj[i]);
     }
     for (std::size_t i = 0; i <= j; ++i) {
-      t.expect(dot(b.own.data() + i * size(ldb), 1, tj), ss[i + j * size(m)]);
+      t.expect(product(b.own.data() + i * size(ldb), 1, tj), ss[i + j * size(m)]);
       t.expect(ss[i + j * size(m)], ss[j + i * size(m)]);
     }
   }

@@ -30,6 +30,9 @@ void forward(const Trial& t, Reals& x, Visit visit) {
   }
 }
 
+Reals& real_vector(Trial& t, int inc) {
+  return t.vector(inc);
+}
 Integer& integer_vector(Trial& t, int inc) {
   std::vector<std::int32_t> v(reach(t.n, inc));
   for (std::int32_t& x : v) {
@@ -38,36 +41,22 @@ Integer& integer_vector(Trial& t, int inc) {
   return t.integers(v);
 }
 
-void dzero(Trial& t) {
+template <auto routine, auto vector>
+void zero(Trial& t) {
   t.n = t.incx == 1 && t.n < 0 ? 0 : t.n;  // a negative n must not be passed with a unit increment
-  Reals& x = t.vector(t.incx);
-  e_dzero(&t.n, x.data(), &t.incx);
+  auto& x = vector(t, t.incx);
+  routine(&t.n, x.data(), &t.incx);
   for (int i = 0; i < t.n; ++i) {
     x[place(i, t.n, t.incx)] = 0;
   }
 }
 
-void izero(Trial& t) {
-  t.n = t.incx == 1 && t.n < 0 ? 0 : t.n;
-  Integer& x = integer_vector(t, t.incx);
-  e_izero(&t.n, x.data(), &t.incx);
-  for (int i = 0; i < t.n; ++i) {
-    x[place(i, t.n, t.incx)] = 0;
-  }
-}
-
-void dcopy(Trial& t) {
-  Reals& x = t.vector(t.incx);
-  Reals& y = t.vector(t.incy);
-  e_dcopy(&t.n, x.data(), &t.incx, y.data(), &t.incy);
-  pairs(t, x, y, [](double xi, double& yi) { yi = xi; });
-}
-
-void icopy(Trial& t) {
-  Integer& x = integer_vector(t, t.incx);
-  Integer& y = integer_vector(t, t.incy);
-  e_icopy(&t.n, x.data(), &t.incx, y.data(), &t.incy);
-  pairs(t, x, y, [](std::int32_t xi, std::int32_t& yi) { yi = xi; });
+template <auto routine, auto vector>
+void copy(Trial& t) {
+  auto& x = vector(t, t.incx);
+  auto& y = vector(t, t.incy);
+  routine(&t.n, x.data(), &t.incx, y.data(), &t.incy);
+  pairs(t, x, y, [](auto xi, auto& yi) { yi = xi; });
 }
 
 void dscal(Trial& t) {
@@ -236,12 +225,23 @@ std::vector<Routine> level1_routines() {
   // Multiples of the widest group, the blocks of 512 in which the largest element is looked for.
   const std::vector<int> around = {71,  72,  73,  79,  80,  127, 128, 129,  255,  256,  257,
                                    511, 512, 513, 514, 520, 521, 999, 1024, 1025, 1026, 4097};
-  return {{"e_dzero", dzero, around}, {"e_izero", izero, around},   {"e_dcopy", dcopy, around},
-          {"e_icopy", icopy, around}, {"e_dscal", dscal, around},   {"drscl", scale_by_reciprocal, around},
-          {"e_daxpy", daxpy, around}, {"e_dswap", dswap, around},   {"e_dasum", dasum, around},
-          {"damax", largest, around}, {"e_idamax", idamax, around}, {"e_dnrm2", dnrm2, around},
-          {"e_drotg", drotg, {}},     {"e_daxpyi", daxpyi, around}, {"e_ddoti", ddoti, around},
-          {"e_dgthr", dgthr, around}, {"e_dsctr", dsctr, around}};
+  return {{"e_dzero", zero<e_dzero, real_vector>, around},
+          {"e_izero", zero<e_izero, integer_vector>, around},
+          {"e_dcopy", copy<e_dcopy, real_vector>, around},
+          {"e_icopy", copy<e_icopy, integer_vector>, around},
+          {"e_dscal", dscal, around},
+          {"drscl", scale_by_reciprocal, around},
+          {"e_daxpy", daxpy, around},
+          {"e_dswap", dswap, around},
+          {"e_dasum", dasum, around},
+          {"damax", largest, around},
+          {"e_idamax", idamax, around},
+          {"e_dnrm2", dnrm2, around},
+          {"e_drotg", drotg, {}},
+          {"e_daxpyi", daxpyi, around},
+          {"e_ddoti", ddoti, around},
+          {"e_dgthr", dgthr, around},
+          {"e_dsctr", dsctr, around}};
 }
 
 }  // namespace zortest

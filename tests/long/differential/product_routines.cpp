@@ -15,8 +15,15 @@ struct Operand {
   std::size_t ld;
   const std::vector<double>& v;
   bool transposed;
-  long double operator()(std::size_t i, std::size_t j) const { return transposed ? v[j + i * ld] : v[i + j * ld]; }
 };
+
+// Of op(A).
+Line row(const Operand& a, std::size_t i) {
+  return {a.v.data() + i * (a.transposed ? a.ld : 1), a.transposed ? 1 : a.ld};
+}
+Line column(const Operand& a, std::size_t j) {
+  return row({a.ld, a.v, !a.transposed}, j);
+}
 
 std::vector<double> matrix(Trial& t, int rows, int columns, int ld, double beyond) {
   std::vector<double> v = t.numbers(static_cast<std::size_t>(ld) * static_cast<std::size_t>(columns));
@@ -36,14 +43,10 @@ void expect_product(Reals& c, std::size_t ldc, const Shape& s, double alpha, con
   for (std::size_t j = 0; j < static_cast<std::size_t>(s.n); ++j) {
     for (std::size_t i = 0; i < static_cast<std::size_t>(s.m); ++i) {
       const std::size_t at = i + j * ldc;
-      long double sum = beta == 0 ? 0 : static_cast<long double>(beta) * c[at];
-      long double size = std::fabs(sum);
-      for (std::size_t l = 0; alpha != 0 && l < static_cast<std::size_t>(s.k); ++l) {
-        const long double term = b.transposed ? a(i, l) * (alpha * b(l, j)) : (alpha * a(i, l)) * b(l, j);
-        sum += term;
-        size += std::fabs(term);
-      }
-      c.expect_within(at, sum_of(s.k + 2, sum, size));
+      const Line x = b.transposed ? column(b, j) : row(a, i);
+      const Line y = b.transposed ? row(a, i) : column(b, j);
+      c.expect_within(
+          at, dot(s.k + 2, alpha == 0 ? 0 : s.k, x, y, alpha, beta == 0 ? 0 : static_cast<long double>(beta) * c[at]));
     }
   }
 }
@@ -134,14 +137,11 @@ void scalar_product(Trial& t) {
   t.keep_moderate();
   Reals& x = t.vector(t.incx);
   Reals& y = t.vector(t.incy);
-  long double sum = 0;
-  long double size = 0;
-  for (int i = 0; i < t.n; ++i) {
-    const long double term = static_cast<long double>(x[place(i, t.n, t.incx)]) * y[place(i, t.n, t.incy)];
-    sum += term;
-    size += std::fabs(term);
-  }
-  t.expect(sum_of(std::max(0, t.n), sum, size), eaxscl(&t.n, x.data(), &t.incx, y.data(), &t.incy));
+  const auto element = [&t](Reals& v, int inc) {
+    return [&v, inc, &t](std::size_t k) { return v[place(static_cast<int>(k), t.n, inc)]; };
+  };
+  t.expect(dot(std::max(0, t.n), t.n, element(x, t.incx), element(y, t.incy)),
+           eaxscl(&t.n, x.data(), &t.incx, y.data(), &t.incy));
 }
 
 }  // namespace

@@ -94,54 +94,50 @@ Pattern pattern(Trial& t) {
   return random_pattern(t.other_size(), ncol, longest, t.random);
 }
 
-// An output of the oracle's length; what it held does not matter.
-Integer& output(Trial& t, std::size_t length) {
-  return t.integers(Integers(length, 77));
+// An output; what it held before does not matter.
+Integer& output(Trial& t, const Integers& expected) {
+  Integer& array = t.integers(Integers(expected.size(), 77));
+  array.own = expected;
+  return array;
 }
 
+// A pattern as the library gets it, and what comes of it.
+struct PatternCase {
+  Pattern a;
+  PatternProduct expected;
+  Integer& ptr;
+  Integer& idx;
+  explicit PatternCase(Trial& t)
+      : a(pattern(t)), expected(dense_product(a)), ptr(t.integers(a.ptr)), idx(t.integers(a.idx)) {}
+};
+
 void transpose(Trial& t) {
-  const Pattern a = pattern(t);
-  PatternProduct expected = dense_product(a);
-  Integer& ptr = t.integers(a.ptr);
-  Integer& idx = t.integers(a.idx);
-  Integer& ptr_t = output(t, expected.ptr_t.size());
-  Integer& idx_t = output(t, expected.idx_t.size());
-  eaunle(&a.ncol, &a.nrow, &unread, ptr.data(), idx.data(), ptr_t.data(), idx_t.data());
-  ptr_t.own = expected.ptr_t;
-  idx_t.own = expected.idx_t;
+  PatternCase c(t);
+  Integer& ptr_t = output(t, c.expected.ptr_t);
+  Integer& idx_t = output(t, c.expected.idx_t);
+  eaunle(&c.a.ncol, &c.a.nrow, &unread, c.ptr.data(), c.idx.data(), ptr_t.data(), idx_t.data());
 }
 
 void count_product(Trial& t) {
-  const Pattern a = pattern(t);
-  PatternProduct expected = dense_product(a);
-  Integer& ptr = t.integers(a.ptr);
-  Integer& idx = t.integers(a.idx);
-  Integer& ptr_t = output(t, expected.ptr_t.size());
-  Integer& idx_t = output(t, expected.idx_t.size());
-  Integer& ptr_p = output(t, expected.ptr_p.size());
-  Integer& total = output(t, 1);
-  Guarded<std::int32_t> mark(static_cast<std::size_t>(a.ncol));  // work: only its ends are the caller's
-  eaupnn(&a.ncol, &a.nrow, &unread, ptr.data(), idx.data(), ptr_t.data(), idx_t.data(), mark.data(), ptr_p.data(),
-         total.data());
+  PatternCase c(t);
+  Integer& ptr_t = output(t, c.expected.ptr_t);
+  Integer& idx_t = output(t, c.expected.idx_t);
+  Integer& ptr_p = output(t, c.expected.ptr_p);
+  Integer& total = output(t, {c.expected.ptr_p.back()});
+  Guarded<std::int32_t> mark(static_cast<std::size_t>(c.a.ncol));  // work: only its ends are the caller's
+  eaupnn(&c.a.ncol, &c.a.nrow, &unread, c.ptr.data(), c.idx.data(), ptr_t.data(), idx_t.data(), mark.data(),
+         ptr_p.data(), total.data());
   t.expect_that(mark.intact(), "mark is written beyond its ends");
-  ptr_t.own = expected.ptr_t;
-  idx_t.own = expected.idx_t;
-  ptr_p.own = expected.ptr_p;
-  total[0] = expected.ptr_p.back();
 }
 
 void fill_product(Trial& t) {
-  const Pattern a = pattern(t);
-  PatternProduct expected = dense_product(a);
-  Integer& ptr = t.integers(a.ptr);
-  Integer& idx = t.integers(a.idx);
-  Integer& ptr_t = t.integers(expected.ptr_t);
-  Integer& idx_t = t.integers(expected.idx_t);
-  Integer& list = output(t, expected.list.size());
-  Integer& idx_p = output(t, expected.idx_p.size());
-  eaunln(&a.ncol, &unread, &unread, ptr.data(), idx.data(), ptr_t.data(), idx_t.data(), list.data(), idx_p.data());
-  list.own = expected.list;
-  idx_p.own = expected.idx_p;
+  PatternCase c(t);
+  Integer& ptr_t = t.integers(c.expected.ptr_t);
+  Integer& idx_t = t.integers(c.expected.idx_t);
+  Integer& list = output(t, c.expected.list);
+  Integer& idx_p = output(t, c.expected.idx_p);
+  eaunln(&c.a.ncol, &unread, &unread, c.ptr.data(), c.idx.data(), ptr_t.data(), idx_t.data(), list.data(),
+         idx_p.data());
 }
 
 void row_pointers(Trial& t) {
@@ -159,9 +155,8 @@ void row_pointers(Trial& t) {
     std::sort(row_of.begin() + m, row_of.end());
   }
   Integer& rows = t.integers(row_of);
-  Integer& ptr = output(t, static_cast<std::size_t>(nrows) + 1);
+  Integer& ptr = output(t, Integers(static_cast<std::size_t>(nrows) + 1));
   eaupne(&q, &m, &p, &nrows, rows.data(), ptr.data());
-  std::fill(ptr.own.begin(), ptr.own.end(), 0);
   for (int32_t e = 1; e <= q; ++e) {
     ptr[static_cast<std::size_t>(row_of[static_cast<std::size_t>(e - 1)] + (e <= m ? 0 : p))] = e;
   }

@@ -3,6 +3,7 @@
 // routines, each array twice - between guard words for the library, bare for the oracle - and their comparison.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -26,6 +27,28 @@ struct Within {
 // c·n·eps·(|A||B|): `terms` terms whose magnitudes sum up to `size`, a unit in the last place for each.
 inline Within sum_of(int terms, long double value, long double size) {
   return {value, static_cast<long double>(terms) * (0x1p-52L * size + 0x1p-1074L)};
+}
+
+// The elements of a row or a column.
+struct Line {
+  const double* first;
+  std::size_t step;
+  double operator()(std::size_t k) const { return first[k * step]; }
+};
+
+// first + Σ s·x(k)·y(k) over count of k, from 0. Two loops, so that the value in extended precision stays in its register.
+template <class X, class Y>
+[[gnu::noinline]] Within dot(int terms, int count, X x, Y y, double s = 1, long double first = 0) {
+  const auto end = static_cast<std::size_t>(std::max(0, count));
+  long double value = 0;
+  for (std::size_t k = 0; k < end; ++k) {
+    value += static_cast<long double>(s) * x(k) * y(k);
+  }
+  double size = 0;
+  for (std::size_t k = 0; k < end; ++k) {
+    size += std::fabs(s * static_cast<double>(x(k)) * y(k));
+  }
+  return sum_of(terms, first + value, std::fabs(first) + size);
 }
 
 inline bool agrees(const Within& expected, double got) {

@@ -3,6 +3,7 @@
 // pivots in turn; elements reach from 1e-150 to 1e150.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -124,6 +125,30 @@ void for_matrices(const char* name, Visit visit) {
       visit(random, kind, number);
     }
   }
+}
+
+// The largest error of what the factors multiply to, product(i, j), in units of the largest element; the scaling is taken
+// back.
+template <class Product>
+long double backward_error(const Rows& a, const Scaling& scaling, Product product) {
+  long double error = 0;
+  long double largest = 0;
+  for (std::size_t i = 1; i < a.size(); ++i) {
+    for (std::size_t j = 1; j <= i; ++j) {
+      error = std::max(error, std::fabs(scaling.back(i, j, product(i, j)) - a[i][j]));
+      largest = std::max(largest, std::fabs(static_cast<long double>(a[i][j])));
+    }
+  }
+  EXPECT_LE(error / largest, 1e-13L);
+  return error / largest;
+}
+
+// check(random, kind) returns a backward error; the worst of all is printed.
+template <class Check>
+void for_rounded_matrices(const char* name, Check check) {
+  long double worst = 0;
+  for_matrices(name, [&](Random& random, const Kind& kind, int) { worst = std::max(worst, check(random, kind)); });
+  std::printf("worst backward error: %.2e\n", static_cast<double>(worst));
 }
 
 }  // namespace zortest
