@@ -23,11 +23,8 @@ double max_magnitude_in(D d, std::size_t n, const double* x) {
       return max_magnitude_in(hn::CappedTag<double, lanes / 2>(), n, x);
     }
     constexpr std::size_t chains = 4;  // the latency of a maximum
-    // Greater, not a maximum instruction: a NaN never compares greater and so is passed over.
-    const auto take = [=](auto found, std::size_t i) {
-      const auto size = hn::Abs(hn::LoadU(d, x + i));
-      return hn::IfThenElse(hn::Gt(size, found), size, found);
-    };
+    // These processors' maximum of a NaN and a number is the second operand: a NaN is passed over.
+    const auto take = [=](auto found, std::size_t i) HWY_ATTR { return hn::Max(hn::Abs(hn::LoadU(d, x + i)), found); };
     hn::Vec<D> found[chains];
     for (auto& f : found) {
       f = hn::Set(d, no_magnitude);

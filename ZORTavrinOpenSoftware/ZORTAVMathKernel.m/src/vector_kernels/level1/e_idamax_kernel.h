@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "vector_kernels/level1/damax_kernel.h"
 
@@ -22,10 +23,24 @@ std::size_t first_of_magnitude(D d, std::size_t n, const double* x, double size)
     const auto wanted = hn::Set(d, size);
     const auto hits = [&](std::size_t at) HWY_ATTR { return hn::Eq(hn::Abs(hn::LoadU(d, x + at)), wanted); };
     std::size_t i = 0;
-    // Four vectors without a hit are passed over together.
-    while (i + 4 * lanes < n && hn::AllFalse(d, hn::Or(hn::Or(hits(i), hits(i + lanes)),
-                                                       hn::Or(hits(i + 2 * lanes), hits(i + 3 * lanes))))) {
-      i += 4 * lanes;
+    if constexpr (lanes == 8) {
+      // The hits of eight registers are the bits of one word.
+      for (; i + 8 * lanes <= n; i += 8 * lanes) {
+        std::uint64_t word = 0;
+#pragma GCC unroll 8
+        for (std::size_t r = 0; r < 8; ++r) {
+          word |= std::uint64_t{hits(i + r * lanes).raw} << (r * lanes);
+        }
+        if (word != 0) {
+          return i + static_cast<std::size_t>(__builtin_ctzll(word));
+        }
+      }
+    } else {
+      // Four vectors without a hit are passed over together.
+      while (i + 4 * lanes < n && hn::AllFalse(d, hn::Or(hn::Or(hits(i), hits(i + lanes)),
+                                                         hn::Or(hits(i + 2 * lanes), hits(i + 3 * lanes))))) {
+        i += 4 * lanes;
+      }
     }
     for (; i + lanes < n; i += lanes) {
       const auto hit = hn::FindFirstTrue(d, hits(i));
