@@ -40,7 +40,7 @@ ZORTAV_ENTRY int32_t eaxfch(const int32_t* n, const int32_t* n1, const int32_t* 
  * Bad arguments: nothing is checked.
  * Failure in row i: rows n1..i-1 are complete, row i holds its new L(i,1..i-1) and its old A(i,i), later rows are
  * unchanged.
- * Threads: any number of calls at once on different arrays. Memory: at most 360 KiB of stack, no heap.
+ * Threads: any number of calls at once on different arrays. Memory: at most 384 KiB of stack, no heap.
  * Reproducibility: fixed order, no fused operations (columns in groups of four; sums of nine terms or more in two
  * partial sums, of the odd and of the even terms of whole groups of eight): the same bits at every instruction-set
  * level, and however the range of rows is divided into calls.

@@ -4,45 +4,42 @@
 
 #include <cstdint>
 
+#include "algorithms/eaxfch2_panel_kernel.h"
 #include "algorithms/eaxfch2_row_kernel.h"
-#include "algorithms/eaxfch2_strip_kernel.h"
 #include "dispatch/kernel_unit.h"
 
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// A strip's copy of its rows on the stack: 352 KiB.
-constexpr std::int64_t strip_elements = 45056;
-constexpr std::int64_t longest_of_eight = strip_elements / 8;
-constexpr std::int64_t longest_of_four = strip_elements / 4;
-constexpr std::int64_t least_rows_of_a_strip = 3;  // fewer are faster one by one
+// A panel's copy of its rows on the stack: 378 KiB.
+constexpr std::int64_t panel_elements = 48384;
+constexpr std::int64_t least_rows_of_a_panel = 3;  // fewer are faster one by one
 
-// The strip that holds row `first` (from 1), up to row `last`; `next` is the row after those it factored.
-template <int Rows>
-inline std::int64_t factor_strip(std::int64_t first, std::int64_t last, double tol, double* a, double* x,
-                                 double* refused, std::int64_t& next) {
-  const std::int64_t base = (first - 1) / Rows * Rows;
-  next = last < base + Rows ? last + 1 : base + Rows + 1;
-  return RowStrip<Rows>(a, base, first - 1, next - 1, x).factor(tol, refused);
+// As many rows from `base` on as a panel takes, not many more than `wanted`; 0 when they are too long.
+inline std::int64_t rows_of_panel(std::int64_t base, std::int64_t wanted) {
+  std::int64_t rows = RowPanel::most_rows;
+  while (rows > 0 && (rows * (base + rows) > panel_elements || rows >= wanted + short_strip)) {
+    rows -= short_strip;
+  }
+  return rows;
 }
 
 std::int64_t factor_rows(std::int64_t first, std::int64_t last, double tol, double* a, double* refused) {
-  alignas(64) double x[strip_elements];
+  alignas(64) double x[panel_elements];
   while (first <= last) {
+    const std::int64_t base = (first - 1) / short_strip * short_strip;
+    const std::int64_t rows = last - first + 1 < least_rows_of_a_panel ? 0 : rows_of_panel(base, last - base);
     std::int64_t row = 0;
-    std::int64_t next = first + 1;
-    const bool enough = last - first + 1 >= least_rows_of_a_strip;
-    if (enough && first + 7 <= longest_of_eight) {
-      row = factor_strip<8>(first, last, tol, a, x, refused, next);
-    } else if (enough && first + 3 <= longest_of_four) {
-      row = factor_strip<4>(first, last, tol, a, x, refused, next);
+    if (rows > 0) {
+      row = RowPanel(a, base, rows, first - 1, last, x).factor(tol, refused);
+      first = base + rows + 1;
     } else {
       row = factor_row(first, tol, a, refused) ? 0 : first;
+      ++first;
     }
     if (row != 0) {
       return row;
     }
-    first = next;
   }
   return 0;
 }

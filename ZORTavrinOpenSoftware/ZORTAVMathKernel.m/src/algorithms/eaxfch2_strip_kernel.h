@@ -7,234 +7,167 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "algorithms/eaxfch2_row_kernel.h"
+#include "algorithms/eaxfch2_sums_kernel.h"
 #include "dispatch/kernel_unit.h"
 
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// Rows base .. base+Rows-1, counted from 0, of which `begin` .. `end`-1 are to be factored; those before `begin` hold
-// L.
 template <int Rows>
 class RowStrip {
  public:
-  RowStrip(double* a, std::int64_t base, std::int64_t begin, std::int64_t end, double* x)
-      : a_(a), x_(x), base_(base), begin_(begin), end_(end) {}
-
-  // Returns the number of the refused row, counted from 1, or 0.
-  std::int64_t factor(double tol, double* refused) {
-    load();
-    for (std::int64_t j = 0; j < base_;) {
-      const std::int64_t whole = whole_eights(j);
-      // A group that begins at a multiple of eight shares all its terms with the next group.
-      if (whole == j && j > 0 && j + 2 * group_columns <= base_) {
-        columns_above<2>(j, whole);
-        j += 2 * group_columns;
-      } else {
-        columns_above<1>(j, whole);
-        j += group_columns;
+  // Rows base .. base+Rows-1, counted from 0, base a multiple of Rows, of which `begin` .. `end`-1 are to be factored;
+  // those before `begin` hold L. The strip takes Rows * (base + Rows) elements at x.
+  void load(double* a, std::int64_t base, std::int64_t begin, std::int64_t end, double* x) {
+    x_ = x;
+    base_ = base;
+    begin_ = begin > base ? begin : base;
+    end_ = end < base + Rows ? end : base + Rows;
+    for (std::int64_t r = 0; r < Rows; ++r) {
+      row_[r] = packed_row(a, base_ + r + 1);
+    }
+    if (all_rows()) {
+      for (std::int64_t k = 0; k < base_; k += square) {
+        for (std::int64_t r = 0; r < Rows; r += square) {
+          const double* from[square];
+          double* to[square];
+          for (std::int64_t q = 0; q < square; ++q) {
+            from[q] = row_[r + q] + k;
+            to[q] = x_ + (k + q) * Rows + r;
+          }
+          transpose_square(from, to);
+        }
+      }
+    } else {
+      for (std::int64_t k = 0; k < base_; ++k) {
+        for (std::int64_t r = 0; r < Rows; ++r) {
+          x_[k * Rows + r] = base_ + r >= begin_ && base_ + r < end_ ? row_[r][k] : 0;
+        }
       }
     }
-    return own_triangle(tol, refused);
+    // The negated element on the diagonal is where the row's sum of squares begins.
+    for (std::int64_t c = 0; c < Rows; ++c) {
+      for (std::int64_t r = 0; r < Rows; ++r) {
+        x_[(base_ + c) * Rows + r] = c < r && base_ + r < end_ ? row_[r][base_ + c] : -0.0;
+      }
+      diagonal_[c] = base_ + c < end_ ? row_[c][base_ + c] : 0;
+    }
+  }
+
+  std::int64_t base() const { return base_; }
+
+  // Columns j0 .. j0+Columns-1. They may be left waiting for the next call of any strip, or for finish().
+  template <int Columns>
+  void columns(const RowOctet& above, std::int64_t j0, Ahead ahead, Quotients<Rows>& waiting) {
+    alignas(64) double t[Columns * Rows];
+    if (Columns == octet && Sums::must_wait(j0)) {
+      Sums::template ordered<Columns, 1>(j0, x_, above.row, t, ahead, waiting);
+      std::memcpy(waiting.sums, t, sizeof t);
+      waiting.x = x_ + j0 * Rows;
+      waiting.corner = above.corner;
+    } else {
+      Sums::template ordered<Columns, 1>(j0, x_, above.row, t, ahead, waiting);
+      Sums::template divide<Columns>(x_ + j0 * Rows, above.corner, t);
+    }
+  }
+
+  // The columns that are rows of the strip itself, and its pivots. Returns the number of the refused row, counted from
+  // 1, or 0.
+  std::int64_t own_triangle(double tol, double* refused, Quotients<Rows>& waiting) {
+    if (begin_ > base_) {
+      Sums::finish(waiting);
+      restore_kept();
+    }
+    const double* row[Rows];
+    for (std::int64_t c = 0; c < Rows; ++c) {
+      row[c] = x_ + c;
+    }
+    alignas(64) double t[Rows * Rows];
+    Sums::template ordered<Rows, Rows>(base_, x_, row, t, Ahead{}, waiting);
+    if (base_ == sum_step) {
+      for (std::int64_t c = 1; c < group_columns; ++c) {
+        t[c * Rows + c] = squares_in_two_sums(c);
+      }
+    }
+    return eliminate(t, tol, refused);
   }
 
  private:
-  using Tag = hn::CappedTag<double, Rows>;
-  using Vec = hn::Vec<Tag>;
-  static constexpr std::int64_t lanes = hn::MaxLanes(Tag());
-  static constexpr int parts = static_cast<int>(Rows / lanes);
-  // One pass over the rows above: with 32 registers both partial sums of eight columns, with 16 registers one partial
-  // sum of four columns for two vectors of rows.
-  static constexpr bool both_sums_at_once = hn::MaxLanes(hn::ScalableTag<double>()) == 8;
-  static constexpr int pass_columns = both_sums_at_once ? 8 : 4;
-  static constexpr int pass_parts = parts >= 2 ? 2 : 1;
+  using Sums = StripSums<Rows>;
+  using Tag = typename Sums::Tag;
+  using Vec = typename Sums::Vec;
+  static constexpr int lanes = Sums::lanes;
+  static constexpr int parts = Sums::parts;
 
-  double* strip(std::int64_t k, int part) const { return x_ + k * Rows + part * lanes; }
-  HWY_INLINE Vec element(std::int64_t k, int part) const { return hn::Load(Tag(), strip(k, part)); }
+  bool all_rows() const { return end_ - begin_ == Rows; }
 
-  void load() {
-    const std::int64_t rows = end_ - base_;
-    const double* from[Rows];
-    for (std::int64_t r = 0; r < rows; ++r) {
-      from[r] = packed_row(a_, base_ + r + 1);
-    }
-    for (std::int64_t k = 0; k < base_; ++k) {
-      for (std::int64_t r = 0; r < rows; ++r) {
-        x_[k * Rows + r] = from[r][k];
-      }
-      for (std::int64_t r = rows; r < Rows; ++r) {
-        x_[k * Rows + r] = 0;
-      }
-    }
-    for (std::int64_t k = base_; k < base_ + Rows; ++k) {
-      for (std::int64_t r = 0; r < Rows; ++r) {
-        x_[k * Rows + r] = r < rows && k <= base_ + r ? from[r][k] : 0;
+  // The rows that hold L take no part in the columns above, but they are factors among the strip's own.
+  void restore_kept() {
+    for (std::int64_t r = 0; r < begin_ - base_; ++r) {
+      for (std::int64_t k = 0; k < base_; ++k) {
+        x_[k * Rows + r] = row_[r][k];
       }
     }
   }
 
-  // Rows begin .. end-1 back to the triangle, the last one without its diagonal when it was refused.
-  void store(std::int64_t end, bool with_last_diagonal) const {
-    for (std::int64_t i = begin_; i < end; ++i) {
-      double* const to = packed_row(a_, i + 1);
-      const std::int64_t count = i + 1 == end && !with_last_diagonal ? i : i + 1;
-      for (std::int64_t k = 0; k < count; ++k) {
-        to[k] = x_[k * Rows + (i - base_)];
-      }
+  // Of row base+c the squares before the strip, when they are eight but the row has more terms.
+  double squares_in_two_sums(std::int64_t c) const {
+    double sum[2] = {0, 0};
+    for (std::int64_t k = 0; k < sum_step; ++k) {
+      const double l = x_[k * Rows + c];
+      sum[k % 2] = sum[k % 2] + l * l;
     }
+    return sum[0] + sum[1];
   }
 
-  // t[v][c] := t[v][c] + Σ x(k)·row[c](k), k = begin, begin+2, .. < end, for the parts from `part` on; row elements
-  // stand `Step` apart.
-  template <int Columns, int Step, int Parts>
-  HWY_INLINE void add_every_other(std::int64_t begin, std::int64_t end, int part, const double* const* row,
-                                  Vec (*t)[Columns]) const {
+  std::int64_t eliminate(const double* t, double tol, double* refused) {
     const Tag d;
-    for (std::int64_t k = begin; k < end; k += 2) {
-      Vec x[Parts];
-#pragma GCC unroll 2
-      for (int v = 0; v < Parts; ++v) {
-        x[v] = element(k, part + v);
-      }
-#pragma GCC unroll 8
-      for (int c = 0; c < Columns; ++c) {
-        const Vec l = hn::Set(d, row[c][k * Step]);
-#pragma GCC unroll 2
-        for (int v = 0; v < Parts; ++v) {
-          t[v][c] = hn::Add(t[v][c], hn::Mul(x[v], l));
-        }
-      }
-    }
-  }
-
-  // t[v][c] := t[v][c] + Σ x(k)·row[c](k), k < whole, in two partial sums.
-  template <int Columns, int Step, int Parts>
-  HWY_INLINE void add_whole_eights(std::int64_t whole, int part, const double* const* row, Vec (*t)[Columns]) const {
-    if (whole == 0) {
-      return;  // a short sum has no second part, and adding its zero would turn -0 into +0
-    }
-    const Tag d;
-    Vec second[Parts][Columns];
-#pragma GCC unroll 2
-    for (int v = 0; v < Parts; ++v) {
-#pragma GCC unroll 8
-      for (int c = 0; c < Columns; ++c) {
-        second[v][c] = hn::Zero(d);
-      }
-    }
-    if constexpr (both_sums_at_once) {
-      for (std::int64_t k = 0; k < whole; k += 2) {
-        add_every_other<Columns, Step, Parts>(k, k + 1, part, row, t);
-        add_every_other<Columns, Step, Parts>(k + 1, k + 2, part, row, second);
-      }
-    } else {
-      add_every_other<Columns, Step, Parts>(0, whole, part, row, t);
-      add_every_other<Columns, Step, Parts>(1, whole, part, row, second);
-    }
-#pragma GCC unroll 2
-    for (int v = 0; v < Parts; ++v) {
-#pragma GCC unroll 8
-      for (int c = 0; c < Columns; ++c) {
-        t[v][c] = hn::Add(t[v][c], second[v][c]);
-      }
-    }
-  }
-
-  // One element of every row: the terms from..j-1, then the quotient.
-  template <int Step>
-  HWY_INLINE void finish(std::int64_t j, std::int64_t from, int part, const double* row, double diagonal, Vec t,
-                         std::int64_t keep) const {
-    const Tag d;
-    for (std::int64_t k = from; k < j; ++k) {
-      t = hn::Add(t, hn::Mul(element(k, part), hn::Set(d, row[k * Step])));
-    }
-    t = hn::Div(t, hn::Set(d, -diagonal));
-    const std::int64_t kept = keep - part * lanes;
-    if (kept > 0) {
-      t = hn::IfThenElse(hn::FirstN(d, static_cast<std::size_t>(kept)), element(j, part), t);
-    }
-    hn::Store(t, d, strip(j, part));
-  }
-
-  // Columns of `Groups` neighbouring groups, of which the whole eights of the first one's sums are all that is added
-  // at once; what a later group has before it beyond those follows in `finish`, as leftovers.
-  template <int Groups>
-  void columns_above(std::int64_t j0, std::int64_t whole) {
-    constexpr int columns = Groups * group_columns;
-    constexpr int at_once = columns < pass_columns ? columns : pass_columns;
-    const double* row[columns];
-    for (std::int64_t c = 0; c < columns; ++c) {
-      row[c] = packed_row(a_, j0 + c + 1);
-    }
-    for (int part = 0; part < parts; part += pass_parts) {
-      for (std::int64_t first = 0; first < columns; first += at_once) {
-        Vec t[pass_parts][at_once];
-#pragma GCC unroll 2
-        for (int v = 0; v < pass_parts; ++v) {
-#pragma GCC unroll 8
-          for (int c = 0; c < at_once; ++c) {
-            t[v][c] = hn::Neg(element(j0 + first + c, part + v));
-          }
-        }
-        add_whole_eights<at_once, 1, pass_parts>(whole, part, row + first, t);
-#pragma GCC unroll 8
-        for (int c = 0; c < at_once; ++c) {
-          const std::int64_t j = j0 + first + c;
-#pragma GCC unroll 2
-          for (int v = 0; v < pass_parts; ++v) {
-            finish<1>(j, whole, part + v, row[first + c], row[first + c][j], t[v][c], begin_ - base_);
-          }
-        }
-      }
-    }
-  }
-
-  // The columns that are rows of the strip itself, and its pivots.
-  std::int64_t own_triangle(double tol, double* refused) {
-    const Tag d;
-    const std::int64_t whole_before_base = base_ - base_ % sum_step;
     alignas(64) double squares[Rows];
-    for (int part = 0; part < parts; ++part) {
-      Vec first = hn::Zero(d);
-      Vec second = hn::Zero(d);
-      for (std::int64_t k = 0; k < whole_before_base; k += 2) {
-        first = hn::Add(first, hn::Mul(element(k, part), element(k, part)));
-        second = hn::Add(second, hn::Mul(element(k + 1, part), element(k + 1, part)));
+    Vec v[Rows][parts];
+#pragma GCC unroll 8
+    for (int c = 0; c < Rows; ++c) {
+#pragma GCC unroll 4
+      for (int part = 0; part < parts; ++part) {
+        v[c][part] = hn::Load(d, t + c * Rows + part * lanes);
       }
-      hn::Store(hn::Add(first, second), d, squares + part * lanes);
     }
-    for (std::int64_t j0 = base_; j0 < end_; j0 += group_columns) {
-      const std::int64_t columns = end_ - j0 < group_columns ? end_ - j0 : group_columns;
-      const double* row[group_columns];
-      for (std::int64_t c = 0; c < group_columns; ++c) {
-        row[c] = x_ + (j0 + (c < columns ? c : 0) - base_);
+#pragma GCC unroll 8
+    for (int c = 0; c < Rows; ++c) {
+      const std::int64_t j = base_ + c;
+      if (j >= end_) {
+        break;
       }
-      const std::int64_t whole = whole_eights(j0);
-      Vec t[parts][group_columns];
-      for (int part = 0; part < parts; part += pass_parts) {
-        for (int v = part; v < part + pass_parts; ++v) {
-          for (std::int64_t c = 0; c < group_columns; ++c) {
-            t[v][c] = c < columns ? hn::Neg(element(j0 + c, v)) : hn::Zero(d);
-          }
+      double* const column = x_ + j * Rows;
+      if (j >= begin_) {
+        hn::Store(v[c][c / lanes], d, squares + c / lanes * lanes);
+        const double pivot = diagonal_[c] - squares[c];
+        if (tol >= pivot) {
+          *refused = pivot;
+          store(j + 1, false);
+          return j + 1;
         }
-        add_whole_eights<group_columns, Rows, pass_parts>(whole, part, row, t + part);
+        diagonal_[c] = __builtin_sqrt(pivot);
       }
-      for (std::int64_t c = 0; c < columns; ++c) {
-        const std::int64_t j = j0 + c;
-        double& diagonal = x_[j * Rows + (j - base_)];
-        if (j >= begin_) {
-          const double pivot = diagonal - sum_of_squares(j, squares[j - base_]);
-          if (tol >= pivot) {
-            *refused = pivot;
-            store(j + 1, false);
-            return j + 1;
-          }
-          diagonal = __builtin_sqrt(pivot);
+      const std::int64_t keep = (j >= begin_ ? j + 1 : begin_) - base_;
+#pragma GCC unroll 4
+      for (int part = 0; part < parts; ++part) {
+        v[c][part] = hn::Div(v[c][part], hn::Set(d, -diagonal_[c]));
+        const std::int64_t kept = keep - part * lanes;
+        if (kept > 0) {
+          v[c][part] = hn::IfThenElse(hn::FirstN(d, static_cast<std::size_t>(kept)), hn::Load(d, column + part * lanes),
+                                      v[c][part]);
         }
-        const std::int64_t keep = (j >= begin_ ? j + 1 : begin_) - base_;
+        hn::Store(v[c][part], d, column + part * lanes);
+      }
+#pragma GCC unroll 8
+      for (int q = c + 1; q < Rows; ++q) {
+        const Vec factor = hn::Set(d, column[q]);
+#pragma GCC unroll 4
         for (int part = 0; part < parts; ++part) {
-          finish<Rows>(j, whole, part, row[c], diagonal, t[part][c], keep);
+          v[q][part] = hn::Add(v[q][part], hn::Mul(v[c][part], factor));
         }
       }
     }
@@ -242,25 +175,39 @@ class RowStrip {
     return 0;
   }
 
-  // `sum` is that of the whole eights before the strip.
-  double sum_of_squares(std::int64_t i, double sum) const {
-    std::int64_t k = base_ - base_ % sum_step;
-    if (i < plain_length) {
-      sum = 0;
-      k = 0;
+  // Rows begin .. end-1 back to the triangle, the last one without its diagonal when it was refused.
+  void store(std::int64_t end, bool with_last_diagonal) const {
+    std::int64_t stored = 0;
+    if (all_rows() && end == end_) {
+      for (; stored < base_; stored += square) {
+        for (std::int64_t r = 0; r < Rows; r += square) {
+          const double* from[square];
+          double* to[square];
+          for (std::int64_t q = 0; q < square; ++q) {
+            from[q] = x_ + (stored + q) * Rows + r;
+            to[q] = row_[r + q] + stored;
+          }
+          transpose_square(from, to);
+        }
+      }
     }
-    for (; k < i; ++k) {
-      const double l = x_[k * Rows + (i - base_)];
-      sum = sum + l * l;
+    for (std::int64_t i = begin_; i < end; ++i) {
+      const std::int64_t r = i - base_;
+      for (std::int64_t k = stored; k < i; ++k) {
+        row_[r][k] = x_[k * Rows + r];
+      }
+      if (i + 1 < end || with_last_diagonal) {
+        row_[r][i] = diagonal_[r];
+      }
     }
-    return sum;
   }
 
-  double* a_;
+  double* row_[Rows];
   double* x_;
   std::int64_t base_;
   std::int64_t begin_;
   std::int64_t end_;
+  double diagonal_[Rows];
 };
 
 }  // namespace
