@@ -29,14 +29,15 @@ struct FarVisit {
   static constexpr std::size_t ahead = 8;  // columns that are asked for before they are used
 };
 
-// Whether a block of this many rows, its columns lda elements apart, is visited as the higher ones are. Columns whose
-// distance is a multiple of a page drive each other's lines out of the first-level cache; a strip of wide registers has
-// taken the whole of its lines by then, one of narrow registers has not.
+// Whether a block of this many rows, its columns lda elements apart, is one of the higher ones. Columns whose distance
+// is a multiple of a page drive each other's lines out of the first-level cache. A strip of wide registers has taken
+// the whole of its lines by then, and asking ahead pays later; one of narrow registers has not, and is kept low.
 HWY_INLINE bool is_far(std::size_t rows, std::ptrdiff_t lda) {
   constexpr std::ptrdiff_t page = 4096 / sizeof(double);
-  constexpr std::size_t far_rows = 768;
-  constexpr bool narrow = hn::MaxLanes(Widest()) < 8;
-  return rows >= far_rows || (narrow && lda % page == 0);
+  constexpr bool wide = hn::MaxLanes(Widest()) == 8;
+  constexpr std::size_t far_rows = 320;
+  constexpr std::size_t far_rows_at_pages = wide ? 768 : 0;
+  return rows >= (lda % page == 0 ? far_rows_at_pages : far_rows);
 }
 
 // Columns 1, 1 + lanes, 1 + 2·lanes, ... go to sums[0], columns 2, 2 + lanes, ... to sums[1]; lanes is 1 or 2, the
