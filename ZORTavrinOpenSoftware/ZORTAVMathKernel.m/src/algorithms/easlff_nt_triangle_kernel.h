@@ -53,15 +53,19 @@ class PanelTriangle {
     const Tag d;
     for (Index s = 0; s < count_; ++s) {
       const Index row = s * strip_rows;
-      const Index whole = row + strip_rows <= panel_.pivots ? row + 1 : 0;
-      for (Index p = 0; p < whole; ++p) {
-        for (Index v = 0; v < strip_rows; v += lanes) {
-          hn::Store(hn::LoadU(d, f_.column(p) + row + v), d, at(s, p) + v);
+      const Index rows = panel_.pivots - row < strip_rows ? panel_.pivots - row : strip_rows;
+      for (Index p = 0; p < columns_of(s); ++p) {
+        double* const to = at(s, p);
+        const Index above = p > row ? p - row : 0;
+        if (rows == strip_rows && above < rows) {
+          copy_strip(f_.column(p) + row, above, to);  // what it skips is of the column before
+          continue;
         }
-      }
-      for (Index p = whole; p < columns_of(s); ++p) {
-        for (Index i = row; i < row + strip_rows; ++i) {
-          at(s, p)[i - row] = p <= i && i < panel_.pivots ? f_.column(p)[i] : 0;
+        for (Index v = 0; v < strip_rows; v += lanes) {
+          hn::Store(hn::Zero(d), d, to + v);
+        }
+        if (above < rows) {
+          copy_few(f_.column(p) + row + above, rows - above, to + above);
         }
       }
     }
@@ -71,17 +75,19 @@ class PanelTriangle {
     const Tag d;
     for (Index s = 0; s < count_; ++s) {
       const Index row = s * strip_rows;
-      const Index end = row + strip_rows < panel_.pivots ? row + strip_rows : panel_.pivots;
-      const Index whole = end == row + strip_rows ? row : 0;
-      for (Index p = 0; p < whole; ++p) {
-        for (Index v = 0; v < strip_rows; v += lanes) {
-          hn::StoreU(hn::Load(d, at(s, p) + v), d, f_.column(p) + row + v);
+      const Index rows = panel_.pivots - row < strip_rows ? panel_.pivots - row : strip_rows;
+      for (Index p = 0; p < row; ++p) {
+        if (rows == strip_rows) {
+          for (Index v = 0; v < strip_rows; v += lanes) {
+            hn::StoreU(hn::Load(d, at(s, p) + v), d, f_.column(p) + row + v);
+          }
+        } else {
+          copy_few(at(s, p), rows, f_.column(p) + row);
         }
       }
-      for (Index p = whole; p < end; ++p) {
-        for (Index i = p < row ? row : p; i < end; ++i) {
-          f_.column(p)[i] = i == p ? panel_.d[p] : at(s, p)[i - row];
-        }
+      for (Index p = row; p < row + rows; ++p) {
+        f_.column(p)[p] = panel_.d[p];
+        copy_few(at(s, p) + (p - row) + 1, row + rows - p - 1, f_.column(p) + p + 1);
       }
     }
   }
@@ -123,6 +129,7 @@ class PanelTriangle {
     }
     double* const w = panel_.factors(g) + first * tile_columns;
     const Index diagonal = first - s0 * strip_rows;
+#pragma GCC unroll 12
     for (Index q = 0; q < tile_columns; ++q) {
       if (first + q >= panel_.pivots) {
         panel_.r[first + q] = panel_.d[first + q] = 0;
@@ -150,6 +157,7 @@ class PanelTriangle {
       for (Index c = q + 1; c < same_block; ++c) {
         factor[diagonal + c] = -a[q][diagonal + c];
       }
+#pragma GCC unroll 12
       for (Index c = q + 1; c < tile_columns; ++c) {
         const double g_c = factor[diagonal + c];
         w[q * tile_columns + c] = g_c;

@@ -46,39 +46,55 @@ class RowPanel {
   // Returns the number of the refused row, counted from 1, or 0.
   std::int64_t factor(double tol, double* refused) {
     const std::int64_t above = base_ / octet * octet;
-    const std::int64_t strips = longs_ + (has_first_ ? 1 : 0) + (has_last_ ? 1 : 0);
     int at = 0;
     for (std::int64_t j0 = 0; j0 < above; j0 += octet, at = 1 - at) {
       rows_[at].take(a_, j0, octet);
-      // The next eight rows lie behind these.
-      Ahead ahead;
-      if (base_ >= fetched_rows) {
-        ahead = Ahead{rows_[at].row[octet - 1] + j0 + octet, 2 * octet / strips};
+      if (base_ < near_rows || j0 < 2 * terms_of_piece) {
+        each([&](auto& strip, auto& waiting) {
+          strip.template columns<octet>(rows_[at], j0, waiting);
+          return std::int64_t{0};
+        });
+      } else {
+        in_pieces(rows_[at], j0);
       }
-      const std::int64_t share = j0 / 2 * ahead.step;
-      each([&](auto& strip, auto& waiting) {
-        strip.template columns<octet>(rows_[at], j0, ahead, waiting);
-        ahead.at += share;
-        return std::int64_t{0};
-      });
     }
     return each([&](auto& strip, auto& waiting) {
       std::int64_t j0 = above;
       for (; j0 + octet <= strip.base(); j0 += octet, at = 1 - at) {
         rows_[at].take(a_, j0, octet);
-        strip.template columns<octet>(rows_[at], j0, Ahead{}, waiting);
+        strip.template columns<octet>(rows_[at], j0, waiting);
       }
       if (j0 < strip.base()) {
         rows_[at].take(a_, j0, group_columns);
-        strip.template columns<group_columns>(rows_[at], j0, Ahead{}, waiting);
+        strip.template columns<group_columns>(rows_[at], j0, waiting);
       }
       return strip.own_triangle(tol, refused, waiting);
     });
   }
 
  private:
-  // From here on the rows above come from the third-level cache or from memory.
-  static constexpr std::int64_t fetched_rows = 1024;
+  // From here on the rows above come from the third-level cache or from memory. There all strips take a piece of eight
+  // of them while it is in the first-level cache, so that what comes from afar comes at an even pace.
+  static constexpr std::int64_t near_rows = 1536;
+  static constexpr std::int64_t terms_of_piece = 64;
+
+  void in_pieces(const RowOctet& above, std::int64_t j0) {
+    each([&](auto& strip, auto&) {
+      strip.begin_octet(j0);
+      return std::int64_t{0};
+    });
+    for (std::int64_t k = 0; k < j0;) {
+      const std::int64_t end = j0 - k < 2 * terms_of_piece ? j0 : k + terms_of_piece;
+      each([&](auto& strip, auto& waiting) {
+        strip.add_piece(above, k, end, waiting);
+        if (end == j0) {
+          strip.end_octet(above, j0, waiting);
+        }
+        return std::int64_t{0};
+      });
+      k = end;
+    }
+  }
 
   // The strips from the first row down, until one returns other than 0.
   template <class Function>

@@ -61,17 +61,21 @@ class RowStrip {
 
   // Columns j0 .. j0+Columns-1. They may be left waiting for the next call of any strip, or for finish().
   template <int Columns>
-  void columns(const RowOctet& above, std::int64_t j0, Ahead ahead, Quotients<Rows>& waiting) {
+  void columns(const RowOctet& above, std::int64_t j0, Quotients<Rows>& waiting) {
     alignas(64) double t[Columns * Rows];
-    if (Columns == octet && Sums::must_wait(j0)) {
-      Sums::template ordered<Columns, 1>(j0, x_, above.row, t, ahead, waiting);
-      std::memcpy(waiting.sums, t, sizeof t);
-      waiting.x = x_ + j0 * Rows;
-      waiting.corner = above.corner;
-    } else {
-      Sums::template ordered<Columns, 1>(j0, x_, above.row, t, ahead, waiting);
-      Sums::template divide<Columns>(x_ + j0 * Rows, above.corner, t);
-    }
+    Sums::template ordered<Columns, 1>(j0, x_, above.row, t, waiting);
+    divide_or_wait<Columns>(above, j0, t, waiting);
+  }
+
+  // The same in pieces.
+  void begin_octet(std::int64_t j0) { Sums::begin(j0, x_, sums_); }
+  void add_piece(const RowOctet& above, std::int64_t from, std::int64_t to, Quotients<Rows>& waiting) {
+    Sums::add_piece(from, to, x_, above.row, sums_, waiting);
+  }
+  void end_octet(const RowOctet& above, std::int64_t j0, Quotients<Rows>& waiting) {
+    alignas(64) double t[octet * Rows];
+    Sums::end(sums_, t);
+    divide_or_wait<octet>(above, j0, t, waiting);
   }
 
   // The columns that are rows of the strip itself, and its pivots. Returns the number of the refused row, counted from
@@ -86,7 +90,7 @@ class RowStrip {
       row[c] = x_ + c;
     }
     alignas(64) double t[Rows * Rows];
-    Sums::template ordered<Rows, Rows>(base_, x_, row, t, Ahead{}, waiting);
+    Sums::template ordered<Rows, Rows>(base_, x_, row, t, waiting);
     if (base_ == sum_step) {
       for (std::int64_t c = 1; c < group_columns; ++c) {
         t[c * Rows + c] = squares_in_two_sums(c);
@@ -101,6 +105,17 @@ class RowStrip {
   using Vec = typename Sums::Vec;
   static constexpr int lanes = Sums::lanes;
   static constexpr int parts = Sums::parts;
+
+  template <int Columns>
+  HWY_INLINE void divide_or_wait(const RowOctet& above, std::int64_t j0, const double* t, Quotients<Rows>& waiting) {
+    if (Columns == octet && Sums::must_wait(j0)) {
+      std::memcpy(waiting.sums, t, Columns * Rows * sizeof *t);
+      waiting.x = x_ + j0 * Rows;
+      waiting.corner = above.corner;
+    } else {
+      Sums::template divide<Columns>(x_ + j0 * Rows, above.corner, t);
+    }
+  }
 
   bool all_rows() const { return end_ - begin_ == Rows; }
 
@@ -208,6 +223,7 @@ class RowStrip {
   std::int64_t begin_;
   std::int64_t end_;
   double diagonal_[Rows];
+  PartialSums<Rows> sums_;
 };
 
 }  // namespace

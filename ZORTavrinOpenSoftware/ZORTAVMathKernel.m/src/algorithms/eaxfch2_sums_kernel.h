@@ -42,12 +42,6 @@ HWY_INLINE void transpose_square(const double* const* from, double* const* to) {
 
 constexpr int octet = 2 * group_columns;
 
-// What is to be fetched while sums run: `at` goes on by `step` every second term; nothing when that is 0.
-struct Ahead {
-  const double* at = nullptr;
-  std::int64_t step = 0;
-};
-
 // Finished rows of L from row j0 on, counted from 0, j0 a multiple of eight.
 struct RowOctet {
   const double* row[octet] = {};
@@ -72,6 +66,13 @@ struct Quotients {
   const double* corner = nullptr;
 };
 
+// The two partial sums of an octet's columns.
+template <int Rows>
+struct PartialSums {
+  alignas(64) double first[octet * Rows];
+  alignas(64) double second[octet * Rows];
+};
+
 template <int Rows>
 struct StripSums {
   using Tag = hn::CappedTag<double, Rows>;
@@ -83,23 +84,63 @@ struct StripSums {
   // multiple of eight (or of four with at most four columns); element k of the row of column c is row[c][k * Step].
   // t[c * Rows ..] takes column c. What waits becomes quotients on the way.
   template <int Columns, int Step>
-  static HWY_INLINE void ordered(std::int64_t j0, const double* x, const double* const* row, double* t, Ahead ahead,
+  static HWY_INLINE void ordered(std::int64_t j0, const double* x, const double* const* row, double* t,
                                  Quotients<Rows>& waiting) {
     if constexpr (Columns == octet && quotients_beside_sums) {
       if (j0 >= terms_beside_quotients) {
-        some<Columns, Step>(j0, j0, x, row, t, ahead, 0, &waiting);
+        some<Columns, Step>(j0, j0, x, row, t, 0, &waiting);
         return;
       }
     }
     finish(waiting);
     if (j0 == sum_step) {
       constexpr int plain = Columns < group_columns ? Columns : group_columns;
-      some<plain, Step>(j0, 0, x, row, t, ahead);
+      some<plain, Step>(j0, 0, x, row, t);
       if constexpr (Columns > plain) {
-        some<Columns - plain, Step>(j0, j0, x, row + plain, t + plain * Rows, ahead, plain);
+        some<Columns - plain, Step>(j0, j0, x, row + plain, t + plain * Rows, plain);
       }
     } else {
-      some<Columns, Step>(j0, whole_eights(j0), x, row, t, ahead);
+      some<Columns, Step>(j0, whole_eights(j0), x, row, t);
+    }
+  }
+
+  // The same for an octet that must wait, in pieces: the beginning, ..
+  static void begin(std::int64_t j0, const double* x, PartialSums<Rows>& sums) {
+    const Tag d;
+    for (std::int64_t at = 0; at < octet * Rows; at += lanes) {
+      hn::Store(hn::Neg(hn::Load(d, x + j0 * Rows + at)), d, sums.first + at);
+      hn::Store(hn::Zero(d), d, sums.second + at);
+    }
+  }
+
+  // .. the terms from .. to-1, a multiple of eight and sixteen at least, ..
+  static void add_piece(std::int64_t from, std::int64_t to, const double* x, const double* const* row,
+                        PartialSums<Rows>& sums, Quotients<Rows>& waiting) {
+    constexpr int at_once = pass_columns;
+    for (int part = 0; part < parts; part += pass_parts) {
+      for (int c = 0; c < octet; c += at_once) {
+        double* const first = sums.first + c * Rows + part * lanes;
+        double* const second = sums.second + c * Rows + part * lanes;
+        if constexpr (both_sums_at_once) {
+          Vec sum[pass_parts][at_once];
+          Vec other[pass_parts][at_once];
+          fetch(first, sum);
+          fetch(second, other);
+          add_both<at_once, 1>(from, to, x + part * lanes, row + c, sum, other, &waiting);
+          keep(sum, first);
+          keep(other, second);
+        } else {
+          add_in_turn<at_once, 1>(from, to, x + part * lanes, row + c, first, second);
+        }
+      }
+    }
+  }
+
+  // .. and the end.
+  static void end(const PartialSums<Rows>& sums, double* t) {
+    const Tag d;
+    for (std::int64_t at = 0; at < octet * Rows; at += lanes) {
+      hn::Store(hn::Add(hn::Load(d, sums.first + at), hn::Load(d, sums.second + at)), d, t + at);
     }
   }
 
@@ -146,7 +187,7 @@ struct StripSums {
   // Of which `whole` terms are taken in two partial sums; `skipped` columns lie between j0 and the first.
   template <int Columns, int Step>
   static HWY_INLINE void some(std::int64_t j0, std::int64_t whole, const double* x, const double* const* row, double* t,
-                              Ahead ahead, int skipped = 0, Quotients<Rows>* waiting = nullptr) {
+                              int skipped = 0, Quotients<Rows>* waiting = nullptr) {
     constexpr int at_once = Columns < pass_columns ? Columns : pass_columns;
     static_assert(Columns % at_once == 0);
     const Tag d;
@@ -160,7 +201,7 @@ struct StripSums {
             sum[v][c] = hn::Neg(hn::Load(d, x + (j0 + skipped + first + c) * Rows + (part + v) * lanes));
           }
         }
-        add_whole_eights<at_once, Step>(whole, x + part * lanes, row + first, sum, ahead, waiting);
+        add_whole_eights<at_once, Step>(whole, x + part * lanes, row + first, sum, waiting);
         for (std::int64_t k = whole; k < j0; ++k) {
           add_term<at_once, Step>(k, x + part * lanes, row + first, sum);
         }
@@ -198,56 +239,63 @@ struct StripSums {
   // sum[v][c] := sum[v][c] + Σ x(k)·row[c](k), k < whole, in two partial sums.
   template <int Columns, int Step>
   static HWY_INLINE void add_whole_eights(std::int64_t whole, const double* x, const double* const* row,
-                                          Vec (&sum)[pass_parts][Columns], Ahead ahead, Quotients<Rows>* waiting) {
+                                          Vec (&sum)[pass_parts][Columns], Quotients<Rows>* waiting) {
     if (whole == 0) {
       return;  // a short sum has no second part, and adding its zero would turn -0 into +0
     }
     if constexpr (both_sums_at_once) {
       Vec second[pass_parts][Columns];
       set_zero(second);
-      std::int64_t k = 0;
-      if constexpr (Columns == octet && quotients_beside_sums) {
-        if (waiting != nullptr && waiting->x != nullptr) {
-          Vec v[octet];
-          fetch_columns(waiting->sums, 0, v);
-          const double* corner = waiting->corner;
-          double* to = waiting->x;
-#pragma GCC unroll 1
-          for (int c = 0; c < octet; ++c, corner += octet + 1, to += Rows, k += 2) {
-            hn::Store(next_quotient(corner, v), Tag(), to);
-            add_term<Columns, Step>(k, x, row, sum);
-            add_term<Columns, Step>(k + 1, x, row, second);
-          }
-          waiting->x = nullptr;
-        }
-      }
-      if (ahead.step != 0) {
-        for (; k < whole; k += 2, ahead.at += ahead.step) {
-          __builtin_prefetch(ahead.at, 0, 2);
-          add_term<Columns, Step>(k, x, row, sum);
-          add_term<Columns, Step>(k + 1, x, row, second);
-        }
-      } else {
-        for (; k < whole; k += 2) {
-          add_term<Columns, Step>(k, x, row, sum);
-          add_term<Columns, Step>(k + 1, x, row, second);
-        }
-      }
+      add_both<Columns, Step>(0, whole, x, row, sum, second, waiting);
       add(sum, second);
     } else {
-      alignas(64) double kept[2][pass_parts * Columns * lanes];
+      alignas(64) double kept[2][octet * Rows];
       Vec second[pass_parts][Columns];
       set_zero(second);
       keep(sum, kept[0]);
       keep(second, kept[1]);
-      for (std::int64_t begin = 0; begin < whole; begin += terms_of_pass) {
-        const std::int64_t end = begin + terms_of_pass < whole ? begin + terms_of_pass : whole;
-        add_every_other<Columns, Step>(begin, end, x, row, kept[0]);
-        add_every_other<Columns, Step>(begin + 1, end, x, row, kept[1]);
-      }
+      add_in_turn<Columns, Step>(0, whole, x, row, kept[0], kept[1]);
       fetch(kept[0], sum);
       fetch(kept[1], second);
       add(sum, second);
+    }
+  }
+
+  // The terms begin .. end-1 of both partial sums.
+  template <int Columns, int Step>
+  static HWY_INLINE void add_both(std::int64_t begin, std::int64_t end, const double* x, const double* const* row,
+                                  Vec (&sum)[pass_parts][Columns], Vec (&second)[pass_parts][Columns],
+                                  Quotients<Rows>* waiting) {
+    std::int64_t k = begin;
+    if constexpr (Columns == octet && quotients_beside_sums) {
+      if (waiting != nullptr && waiting->x != nullptr) {
+        Vec v[octet];
+        fetch_columns(waiting->sums, 0, v);
+        const double* corner = waiting->corner;
+        double* to = waiting->x;
+#pragma GCC unroll 1
+        for (int c = 0; c < octet; ++c, corner += octet + 1, to += Rows, k += 2) {
+          hn::Store(next_quotient(corner, v), Tag(), to);
+          add_term<Columns, Step>(k, x, row, sum);
+          add_term<Columns, Step>(k + 1, x, row, second);
+        }
+        waiting->x = nullptr;
+      }
+    }
+    for (; k < end; k += 2) {
+      add_term<Columns, Step>(k, x, row, sum);
+      add_term<Columns, Step>(k + 1, x, row, second);
+    }
+  }
+
+  // The same, one partial sum after the other, with what they come to at first and second.
+  template <int Columns, int Step>
+  static HWY_INLINE void add_in_turn(std::int64_t begin, std::int64_t end, const double* x, const double* const* row,
+                                     double* first, double* second) {
+    for (std::int64_t k = begin; k < end; k += terms_of_pass) {
+      const std::int64_t until = k + terms_of_pass < end ? k + terms_of_pass : end;
+      add_every_other<Columns, Step>(k, until, x, row, first);
+      add_every_other<Columns, Step>(k + 1, until, x, row, second);
     }
   }
 
@@ -315,7 +363,7 @@ struct StripSums {
     for (int v = 0; v < pass_parts; ++v) {
 #pragma GCC unroll 8
       for (int c = 0; c < Columns; ++c) {
-        hn::Store(sum[v][c], Tag(), kept + (v * Columns + c) * lanes);
+        hn::Store(sum[v][c], Tag(), kept + c * Rows + v * lanes);
       }
     }
   }
@@ -326,7 +374,7 @@ struct StripSums {
     for (int v = 0; v < pass_parts; ++v) {
 #pragma GCC unroll 8
       for (int c = 0; c < Columns; ++c) {
-        sum[v][c] = hn::Load(Tag(), kept + (v * Columns + c) * lanes);
+        sum[v][c] = hn::Load(Tag(), kept + c * Rows + v * lanes);
       }
     }
   }

@@ -63,6 +63,35 @@ HWY_INLINE void load_tile(const Place& place, TileVectors& t) {
   }
 }
 
+// The strip_rows elements from `from` on, but 0 in place of the first `absent` (which are read).
+HWY_INLINE void copy_strip(const double* from, Index absent, double* to) {
+  const Tag d;
+  for (Index v = 0; v < strip_rows; v += lanes) {
+    const auto none = hn::FirstN(d, static_cast<std::size_t>(absent > v ? absent - v : 0));
+    hn::Store(hn::IfThenZeroElse(none, hn::LoadU(d, from + v)), d, to + v);
+  }
+}
+
+// At most strip_rows elements.
+HWY_INLINE void copy_few(const double* from, Index count, double* to) {
+  const hn::CappedTag<double, 4> four;
+  const hn::CappedTag<double, 2> two;
+  for (; count >= 4; count -= 4, from += 4, to += 4) {
+    for (Index v = 0; v < 4; v += static_cast<Index>(hn::MaxLanes(four))) {
+      hn::StoreU(hn::LoadU(four, from + v), four, to + v);
+    }
+  }
+  if (count >= 2) {
+    hn::StoreU(hn::LoadU(two, from), two, to);
+    count -= 2;
+    from += 2;
+    to += 2;
+  }
+  if (count > 0) {
+    *to = *from;
+  }
+}
+
 template <class Place>
 HWY_INLINE void store_tile(const Place& place, const TileVectors& t) {
 #pragma GCC unroll 12
