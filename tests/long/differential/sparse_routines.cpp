@@ -101,21 +101,41 @@ Integer& output(Trial& t, const Integers& expected) {
   return array;
 }
 
+// Moves the columns after `last` on by `gap`, all of the new ones empty.
+void move_apart(Pattern& a, PatternProduct& product, std::int32_t last, std::int32_t gap) {
+  for (Integers* const columns : {&a.idx, &product.idx_p, &product.list}) {
+    for (std::int32_t& c : *columns) {
+      c += c > last ? gap : 0;
+    }
+  }
+  for (Integers* const ends : {&product.ptr_t, &product.ptr_p}) {
+    const std::int32_t end = (*ends)[static_cast<std::size_t>(last)];
+    ends->insert(ends->begin() + last, static_cast<std::size_t>(gap), end);
+  }
+  a.ncol += gap;
+  product.list.resize(static_cast<std::size_t>(a.ncol) + 1);
+}
+
 // A pattern as the library gets it, and what comes of it.
 struct PatternCase {
   Pattern a;
   PatternProduct expected;
-  Integer& ptr;
-  Integer& idx;
-  explicit PatternCase(Trial& t)
-      : a(pattern(t)), expected(dense_product(a)), ptr(t.integers(a.ptr)), idx(t.integers(a.idx)) {}
+  Integer* ptr;
+  Integer* idx;
+  explicit PatternCase(Trial& t) : a(pattern(t)), expected(dense_product(a)) {
+    if (a.ncol > 1 && t.random.integer(0, 4) == 0) {  // about as far as 16 bits reach
+      move_apart(a, expected, t.random.integer(1, a.ncol - 1), t.random.integer(32690, 32770));
+    }
+    ptr = &t.integers(a.ptr);
+    idx = &t.integers(a.idx);
+  }
 };
 
 void transpose(Trial& t) {
   PatternCase c(t);
   Integer& ptr_t = output(t, c.expected.ptr_t);
   Integer& idx_t = output(t, c.expected.idx_t);
-  eaunle(&c.a.ncol, &c.a.nrow, &unread, c.ptr.data(), c.idx.data(), ptr_t.data(), idx_t.data());
+  eaunle(&c.a.ncol, &c.a.nrow, &unread, c.ptr->data(), c.idx->data(), ptr_t.data(), idx_t.data());
 }
 
 void count_product(Trial& t) {
@@ -125,7 +145,7 @@ void count_product(Trial& t) {
   Integer& ptr_p = output(t, c.expected.ptr_p);
   Integer& total = output(t, {c.expected.ptr_p.back()});
   Guarded<std::int32_t> mark(static_cast<std::size_t>(c.a.ncol));  // work: only its ends are the caller's
-  eaupnn(&c.a.ncol, &c.a.nrow, &unread, c.ptr.data(), c.idx.data(), ptr_t.data(), idx_t.data(), mark.data(),
+  eaupnn(&c.a.ncol, &c.a.nrow, &unread, c.ptr->data(), c.idx->data(), ptr_t.data(), idx_t.data(), mark.data(),
          ptr_p.data(), total.data());
   t.expect_that(mark.intact(), "mark is written beyond its ends");
 }
@@ -136,7 +156,7 @@ void fill_product(Trial& t) {
   Integer& idx_t = t.integers(c.expected.idx_t);
   Integer& list = output(t, c.expected.list);
   Integer& idx_p = output(t, c.expected.idx_p);
-  eaunln(&c.a.ncol, &unread, &unread, c.ptr.data(), c.idx.data(), ptr_t.data(), idx_t.data(), list.data(),
+  eaunln(&c.a.ncol, &unread, &unread, c.ptr->data(), c.idx->data(), ptr_t.data(), idx_t.data(), list.data(),
          idx_p.data());
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <deque>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -232,6 +233,10 @@ struct Routine {
   void (*run)(Trial& trial);
   std::vector<int> boundaries;  // sizes around its blocks
 };
+
+inline void PrintTo(const Routine& routine, std::ostream* out) {
+  *out << routine.name;
+}
 
 std::vector<Routine> level1_routines();
 std::vector<Routine> matrix_vector_routines();
