@@ -35,6 +35,8 @@ class PanelTriangle {
   // A group's own equations lie in at most two strips, which are taken whole: its corner.
   static constexpr Index corner_strips = 2;
   static constexpr Index corner_rows = corner_strips * strip_rows;
+  static constexpr Index narrow_corner = 4;
+  static constexpr Index wide_corner = tile_columns < 8 ? tile_columns : 8;
   // Groups begin and end at multiples of it.
   static constexpr Index piece = tile_columns == 12 ? 4 : 2;
   using PieceTag = hn::CappedTag<double, piece>;
@@ -111,6 +113,47 @@ class PanelTriangle {
     }
   }
 
+  // The first columns of group g, in strip s of its corner, with the products of the pivots before the group.
+  template <Index Columns>
+  void corner_products(Index g, Index s0, Index s, double (&a)[tile_columns][corner_rows]) const {
+    const Tag d;
+    const Index first = g * tile_columns;
+    for (Index part = 0; part < strip_rows; part += tile_rows) {
+      const double* l = at(s0 + s, 0) + part;
+      const double* factors = panel_.factors(g);
+      Vec t[Columns][tile_vectors];
+#pragma GCC unroll 12
+      for (Index c = 0; c < Columns; ++c) {
+#pragma GCC unroll 2
+        for (int v = 0; v < tile_vectors; ++v) {
+          t[c][v] = hn::Load(d, l + (first + c) * strip_rows + v * lanes);
+        }
+      }
+      for (Index p = 0; p < first; ++p, l += strip_rows, factors += tile_columns) {
+        Vec x[tile_vectors];
+#pragma GCC unroll 2
+        for (int v = 0; v < tile_vectors; ++v) {
+          x[v] = hn::Load(d, l + v * lanes);
+        }
+#pragma GCC unroll 12
+        for (Index c = 0; c < Columns; ++c) {
+          const Vec factor = hn::Set(d, factors[c]);
+#pragma GCC unroll 2
+          for (int v = 0; v < tile_vectors; ++v) {
+            t[c][v] = hn::Add(t[c][v], hn::Mul(x[v], factor));
+          }
+        }
+      }
+#pragma GCC unroll 12
+      for (Index c = 0; c < Columns; ++c) {
+#pragma GCC unroll 2
+        for (int v = 0; v < tile_vectors; ++v) {
+          hn::Store(t[c][v], d, a[c] + s * strip_rows + part + v * lanes);
+        }
+      }
+    }
+  }
+
   // The strips of group g's own equations.
   bool eliminate_corner(Index g, PivotTest& test) {
     const Tag d;
@@ -118,17 +161,19 @@ class PanelTriangle {
     const Index s0 = corner_strip(g);
     const Index strips = s0 + corner_strips <= count_ ? corner_strips : count_ - s0;
     alignas(64) double a[tile_columns][corner_rows] = {};
+    const Index diagonal = first - s0 * strip_rows;
     for (Index s = 0; s < strips; ++s) {
-      for (Index part = 0; part < strip_rows; part += tile_rows) {
-        double* const strip = at(s0 + s, 0) + part;
-        TileVectors t;
-        load_tile([&](int c) { return strip + (first + c) * strip_rows; }, t);
-        add_products(first, strip, panel_.factors(g), t);
-        store_tile([&](int c) { return a[c] + s * strip_rows + part; }, t);
+      // Columns that begin below the strip are none of the triangle's there.
+      const Index columns = s == 0 ? strip_rows - diagonal : tile_columns;
+      if (columns <= narrow_corner) {
+        corner_products<narrow_corner>(g, s0, s, a);
+      } else if (wide_corner < tile_columns && columns <= wide_corner) {
+        corner_products<wide_corner>(g, s0, s, a);
+      } else {
+        corner_products<tile_columns>(g, s0, s, a);
       }
     }
     double* const w = panel_.factors(g) + first * tile_columns;
-    const Index diagonal = first - s0 * strip_rows;
 #pragma GCC unroll 12
     for (Index q = 0; q < tile_columns; ++q) {
       if (first + q >= panel_.pivots) {

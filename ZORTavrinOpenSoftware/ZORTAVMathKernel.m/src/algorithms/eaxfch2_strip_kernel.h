@@ -7,9 +7,9 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 
 #include "algorithms/eaxfch2_row_kernel.h"
+#include "algorithms/eaxfch2_square_kernel.h"
 #include "algorithms/eaxfch2_sums_kernel.h"
 #include "dispatch/kernel_unit.h"
 
@@ -62,9 +62,8 @@ class RowStrip {
   // Columns j0 .. j0+Columns-1. They may be left waiting for the next call of any strip, or for finish().
   template <int Columns>
   void columns(const RowOctet& above, std::int64_t j0, Quotients<Rows>& waiting) {
-    alignas(64) double t[Columns * Rows];
-    Sums::template ordered<Columns, 1>(j0, x_, above.row, t, waiting);
-    divide_or_wait<Columns>(above, j0, t, waiting);
+    Sums::template ordered<Columns, 1>(j0, x_, above.row, waiting.sums, waiting);
+    divide_or_wait<Columns>(above, j0, waiting);
   }
 
   // The same in pieces.
@@ -73,9 +72,8 @@ class RowStrip {
     Sums::add_piece(from, to, x_, above.row, sums_, waiting);
   }
   void end_octet(const RowOctet& above, std::int64_t j0, Quotients<Rows>& waiting) {
-    alignas(64) double t[octet * Rows];
-    Sums::end(sums_, t);
-    divide_or_wait<octet>(above, j0, t, waiting);
+    Sums::end(sums_, waiting.sums);
+    divide_or_wait<octet>(above, j0, waiting);
   }
 
   // The columns that are rows of the strip itself, and its pivots. Returns the number of the refused row, counted from
@@ -107,13 +105,12 @@ class RowStrip {
   static constexpr int parts = Sums::parts;
 
   template <int Columns>
-  HWY_INLINE void divide_or_wait(const RowOctet& above, std::int64_t j0, const double* t, Quotients<Rows>& waiting) {
+  HWY_INLINE void divide_or_wait(const RowOctet& above, std::int64_t j0, Quotients<Rows>& waiting) {
     if (Columns == octet && Sums::must_wait(j0)) {
-      std::memcpy(waiting.sums, t, Columns * Rows * sizeof *t);
       waiting.x = x_ + j0 * Rows;
       waiting.corner = above.corner;
     } else {
-      Sums::template divide<Columns>(x_ + j0 * Rows, above.corner, t);
+      Sums::template divide<Columns>(x_ + j0 * Rows, above.corner, waiting.sums);
     }
   }
 

@@ -14,32 +14,6 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// Blocks of rows and columns that are transposed in registers; wider ones take as long.
-using SquareTag = hn::CappedTag<double, 4>;
-constexpr std::int64_t square = hn::MaxLanes(SquareTag());
-
-// to[c][r] = from[r][c]
-HWY_INLINE void transpose_square(const double* const* from, double* const* to) {
-  const SquareTag d;
-  const auto v0 = hn::LoadU(d, from[0]);
-  const auto v1 = hn::LoadU(d, from[1]);
-  const auto even01 = hn::InterleaveLower(d, v0, v1);
-  const auto odd01 = hn::InterleaveUpper(d, v0, v1);
-  if constexpr (square == 2) {
-    hn::StoreU(even01, d, to[0]);
-    hn::StoreU(odd01, d, to[1]);
-  } else {
-    const auto v2 = hn::LoadU(d, from[2]);
-    const auto v3 = hn::LoadU(d, from[3]);
-    const auto even23 = hn::InterleaveLower(d, v2, v3);
-    const auto odd23 = hn::InterleaveUpper(d, v2, v3);
-    hn::StoreU(hn::ConcatLowerLower(d, even23, even01), d, to[0]);
-    hn::StoreU(hn::ConcatLowerLower(d, odd23, odd01), d, to[1]);
-    hn::StoreU(hn::ConcatUpperUpper(d, even23, even01), d, to[2]);
-    hn::StoreU(hn::ConcatUpperUpper(d, odd23, odd01), d, to[3]);
-  }
-}
-
 constexpr int octet = 2 * group_columns;
 
 // Finished rows of L from row j0 on, counted from 0, j0 a multiple of eight.
@@ -82,7 +56,8 @@ struct StripSums {
 
   // Sums of columns j0 .. j0+Columns-1 up to the terms k < j0, from the strip's negated elements there. j0 is a
   // multiple of eight (or of four with at most four columns); element k of the row of column c is row[c][k * Step].
-  // t[c * Rows ..] takes column c. What waits becomes quotients on the way.
+  // t[c * Rows ..] takes column c. What waits becomes quotients on the way, before t, which may be waiting.sums, is
+  // written.
   template <int Columns, int Step>
   static HWY_INLINE void ordered(std::int64_t j0, const double* x, const double* const* row, double* t,
                                  Quotients<Rows>& waiting) {
@@ -273,12 +248,16 @@ struct StripSums {
         fetch_columns(waiting->sums, 0, v);
         const double* corner = waiting->corner;
         double* to = waiting->x;
+        const auto quotients = [&](auto columns, int count) HWY_ATTR {
 #pragma GCC unroll 1
-        for (int c = 0; c < octet; ++c, corner += octet + 1, to += Rows, k += 2) {
-          hn::Store(next_quotient(corner, v), Tag(), to);
-          add_term<Columns, Step>(k, x, row, sum);
-          add_term<Columns, Step>(k + 1, x, row, second);
-        }
+          for (int c = 0; c < count; ++c, corner += octet + 1, to += Rows, k += 2) {
+            hn::Store(next_quotient<columns.value>(corner, v), Tag(), to);
+            add_term<Columns, Step>(k, x, row, sum);
+            add_term<Columns, Step>(k + 1, x, row, second);
+          }
+        };
+        quotients(Number<octet>(), octet - group_columns);
+        quotients(Number<group_columns>(), group_columns);
         waiting->x = nullptr;
       }
     }
@@ -324,12 +303,18 @@ struct StripSums {
     }
   }
 
+  template <int Value>
+  struct Number {
+    static constexpr int value = Value;
+  };
+
   // The first column's quotient, and its products in the columns after it, which move up by one.
+  template <int Left>
   static HWY_INLINE Vec next_quotient(const double* corner, Vec (&v)[octet]) {
     const Tag d;
     const Vec l = hn::Div(v[0], hn::Set(d, -corner[0]));
 #pragma GCC unroll 8
-    for (int q = 1; q < octet; ++q) {
+    for (int q = 1; q < Left; ++q) {
       v[q - 1] = hn::Add(v[q], hn::Mul(l, hn::Set(d, corner[q * octet])));
     }
     return l;
