@@ -63,22 +63,31 @@ TEST(Eaxfch2, TolerancePivotsAndNumbersThatAreNone) {
   }
 }
 
-// The rows 5632 and 11264 are where strips of eight, then of four rows fill the work space; only the last rows are
-// factored, on supplied rows of any contents.
-TEST(Eaxfch2, RowsLongerThanTheWorkSpaceOfABlock) {
+// Within each of these ranges a panel becomes lower, since the work space holds fewer long rows: 32, 16, 12, 8 and 4 of
+// them. Only the last rows are factored, on supplied rows of any contents.
+TEST(Eaxfch2, PanelsBecomeLowerWhereRowsAreLong) {
+  struct Range {
+    std::size_t first;
+    std::size_t last;
+  };
   Random random(45);
-  const std::size_t n = 5637;
-  const std::size_t first = 5622;
-  Numbers a(n * (n + 1) / 2);
-  double value = 0.25;
-  for (double& x : a) {
-    value = value > 0.9 ? value - 0.8999 : value + 0.0137;
-    x = value * 1e-3;
+  for (const Range& range : {Range{1431, 1480}, Range{2921, 2950}, Range{3908, 3930}, Range{5875, 5892}}) {
+    Numbers a(range.last * (range.last + 1) / 2);
+    double value = 0.25;
+    for (double& x : a) {
+      value = value > 0.9 ? value - 0.8999 : value + 0.0137;
+      x = value * 1e-3;
+    }
+    for (std::size_t i = 1; i <= range.last; ++i) {
+      a[place(i, i)] = i < range.first ? 1.5 : random.uniform(1, 2);
+    }
+    expect_as_oracle(a, range.first, range.last, 0, 1);
+    if (range.last < 3000) {
+      const std::size_t refused = range.last - 10;
+      a[place(refused, refused)] = 0;
+      expect_as_oracle(a, range.first, range.last, 0, 1);
+    }
   }
-  for (std::size_t i = 1; i <= n; ++i) {
-    a[place(i, i)] = i < first ? 1.5 : random.uniform(1, 2);
-  }
-  expect_as_oracle(a, first, n, 0, 1);
 }
 
 TEST(Cholesky, IsEaxfch) {
