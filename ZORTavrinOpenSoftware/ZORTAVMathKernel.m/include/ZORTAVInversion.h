@@ -68,7 +68,7 @@ ZORTAV_ENTRY void eaxinv(const int32_t* mode, const int32_t* lda, const int32_t*
  * @return 0 when ierr is 0, else 1.
  *
  * Zeros and NaN: an eigenvalue that is not a number, or an infinite one, counts as singular.
- * Threads: those of eagemm. Stack: at most 370 KiB, 190 KiB on each other thread of the team.
+ * Threads: those of eagemm. Stack: at most 370 KiB, 191 KiB on each other thread of the team.
  * Reproducibility: fused, by the product.
  * Source: G. H. Golub, C. F. Van Loan, Matrix Computations, 4th ed., section 8.1.
  */
@@ -90,7 +90,7 @@ ZORTAV_ENTRY int32_t eaxinvs(const int32_t* n, double* a, double* d, double* v, 
  *
  * Zeros and NaN: as for eaxinvs.
  * Bad arguments: eagemm stops the process for a smaller ldb in the threading mode 2; nothing else is checked.
- * Threads: those of eagemm. Stack: at most 370 KiB, 190 KiB on each other thread of the team.
+ * Threads: those of eagemm. Stack: at most 370 KiB, 191 KiB on each other thread of the team.
  * Reproducibility: fused, by the products.
  * Source: that of eaxinvs.
  */

@@ -43,7 +43,7 @@
  * Threads: outside the delegated route each pass over one column block of C (1024 columns, 96 when B is transposed) and
  * one depth block (248) is one parallel region that divides the rows of C by blocks of 80; with m <= 80 there is
  * nothing to divide and the caller works alone. May be called from several threads at once on disjoint C. Stack: at
- * most 190 KiB on every thread, 376 KiB on the caller; nothing on the heap.
+ * most 191 KiB on every thread, 378 KiB on the caller; nothing on the heap.
  *
  * Reproducibility: fused. Every element starts from beta·C and adds its products one by one in increasing depth; the
  * bits do not depend on the route (but for the sign of zeros, above), the thread count or the alignment. AVX2 and
@@ -69,7 +69,7 @@ ZORTAV_ENTRY void eagemm(const char* transa, const char* transb, const int32_t* 
  *
  * Elements: as for eagemm. m < 1 or n < 1 touches nothing; k < 1 stores zeros unless it accumulates.
  * Bad arguments: none is checked.
- * Threads: runs on the calling thread alone; any number of calls at once on disjoint C. Stack: at most 190 KiB.
+ * Threads: runs on the calling thread alone; any number of calls at once on disjoint C. Stack: at most 191 KiB.
  * Reproducibility: fused, with the bits of eagemm.
  */
 ZORTAV_ENTRY int32_t prdgemm(const char* transa, const char* transb, const int32_t* m, const int32_t* n,

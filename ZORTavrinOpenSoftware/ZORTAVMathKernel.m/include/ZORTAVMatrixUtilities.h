@@ -9,7 +9,7 @@
  * - Zeros and NaN: zeros, infinities and NaN take part in the arithmetic like any number.
  * - Bad arguments: none is checked, nothing is printed and, but for eaxmmp and ebhpap, the process is never stopped.
  * - Threads: no state, so any number of calls at once on data that none of them writes.
- * - Memory: no heap; less than 2 KiB of stack, but for eaxmmp and ebhpap, which take 190 KiB on every
+ * - Memory: no heap; less than 2 KiB of stack, but for eaxmmp and ebhpap, which take 191 KiB on every
  *   thread of eagemm's team.
  * - Reproducibility: the same bits on every instruction-set level and platform, but for eaxmmp and ebhpap, which are
  *   fused as eagemm is. */

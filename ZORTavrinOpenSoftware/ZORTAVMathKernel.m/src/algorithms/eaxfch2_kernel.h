@@ -11,8 +11,8 @@
 namespace zortav::ZORTAV_LEVEL {
 namespace {
 
-// A panel's copy of its rows on the stack: 368 KiB.
-constexpr std::int64_t panel_elements = 47104;
+// A panel's copy of its rows on the stack: 364 KiB.
+constexpr std::int64_t panel_elements = 46592;
 constexpr std::int64_t least_rows_of_a_panel = 3;  // fewer are faster one by one
 
 // As many rows from `base` on as a panel takes, not many more than `wanted`; 0 when they are too long.

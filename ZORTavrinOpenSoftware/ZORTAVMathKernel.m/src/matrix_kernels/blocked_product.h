@@ -27,7 +27,7 @@ enum class Team { caller_alone, threads };
 
 // Each element of C starts from beta·C and adds its products one by one in increasing depth; the result does not depend
 // on the team.
-// Stack: 158,784 bytes for the packed rows and at most 33,280 for the tile at hand on every thread; when B is
+// Stack: 158,784 bytes for the packed rows and at most 35,968 for the tile at hand on every thread; when B is
 // transposed, 190,528 more on the calling one.
 void large_product(const Product& product, const ProductKernelTable& kernels, Team team);
 

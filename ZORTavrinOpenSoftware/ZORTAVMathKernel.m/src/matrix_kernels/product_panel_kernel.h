@@ -66,6 +66,9 @@ HWY_INLINE void with_vectors(std::ptrdiff_t rows, const Visit& visit) {
   visit(std::integral_constant<int, vectors>());
 }
 
+static_assert((product_row_block + tile_rows - 1) / tile_rows * tile_rows * (shallow_depth - 1) <=
+              product_row_block * product_run);
+
 void update_panels(const RowBlockUpdate& task, double* room) {
   for (std::ptrdiff_t row = 0; row < task.rows; row += tile_rows) {
     const std::ptrdiff_t rows = HWY_MIN(tile_rows, task.rows - row);

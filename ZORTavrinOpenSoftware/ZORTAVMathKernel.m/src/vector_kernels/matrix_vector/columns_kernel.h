@@ -3,8 +3,8 @@
 // side in the registers, each sum in its own lane, so the order of a row's sum is the order of the columns at any
 // width. The sums of a strip stay in registers for all columns of a visit.
 //
-// Two ways to visit, found by measuring: low blocks, which stay in the second-level cache, take all the columns that
-// come at a time and leave it to the processor to foresee the rows; higher ones stream from further away, where lower
+// Two ways to visit, found by measuring: low blocks, which stay in the second-level cache, take up to 64 columns at a
+// time and leave it to the processor to foresee the rows; higher ones stream from further away, where lower
 // strips that ask for the columns ahead are faster. Included by matrix_vector_kernel_unit.cpp only.
 #pragma once
 
