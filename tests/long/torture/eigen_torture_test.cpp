@@ -97,8 +97,9 @@ int stated_outcome(const FullMatrix& a) {
 }
 
 struct Worst {
-  int vanishing = 0;  // matrices whose squares vanish
-  int failed = 0;     // those of them whose failure is reported
+  int vanishing = 0;   // matrices whose squares vanish
+  int failed = 0;      // those of them whose failure is reported
+  int unfinished = 0;  // other matrices with an eigenvalue that takes more than thirty iterations
   long double backward_error = 0;
   long double orthogonality = 0;  // of n·eps
 };
@@ -136,7 +137,11 @@ void check(Random& random, const Kind& kind, int number, Worst& worst) {
     EXPECT_EQ(ierr, stated_outcome(a));
     return;
   }
-  ASSERT_EQ(result, 0) << "eigenvalue " << ierr;
+  if (result != 0) {
+    worst.unfinished += 1;
+    EXPECT_EQ(ierr, stated_outcome(a));
+    return;
+  }
 
   const EigenMeasures errors = measure(a, d.values(), v.values());
   const long double norm = a.norm();
@@ -164,10 +169,22 @@ TEST(EigenTorture, BackwardErrorOrthogonalityAndInertia) {
   Worst worst;
   for_matrices("eigen-solution",
                [&](Random& random, const Kind& kind, int number) { check(random, kind, number, worst); });
+  // One in some ten thousand was seen.
+  EXPECT_LE(worst.unfinished, 1 + static_cast<int>(seeds().size()) * matrices_a_seed() / 2000);
   std::printf(
       "worst residual: %.2e of the norm; worst orthogonality: %.2f n eps; vanishing squares: %d, %d of them reported\n",
       static_cast<double>(worst.backward_error), static_cast<double>(worst.orthogonality), worst.vanishing,
       worst.failed);
+}
+
+// Of order 106, with many eigenvalues that are nothing beside the others: the 41st takes more than thirty iterations.
+TEST(EigenTorture, AnEigenvalueThatDoesNotSettleIsReportedAsStated) {
+  constexpr std::uint64_t seed = 620540067;
+  constexpr int number = 744;
+  Random random(seed * 1000003 + number);
+  Worst worst;
+  check(random, Kind(random, number), number, worst);
+  EXPECT_EQ(worst.unfinished, 1);
 }
 
 }  // namespace
